@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What each side of each table holds after the last read, and the phone's capacity.
+#pragma once
+
+#include <cstdint>
+
+namespace tsr::core {
+
+struct ReadState {
+    bool vCalMobileRead = false;
+    int32_t vCalMobileCount = 0;
+    bool vCalPIMRead = false;
+    int32_t vCalPIMCount = 0;
+    bool vCardMobileRead = false;
+    int32_t vCardMobileCount = 0;
+    bool vCardPIMRead = false;
+    int32_t vCardPIMCount = 0;
+    bool MobileConnected = false;
+
+    int16_t FirstMobileEntryID = 1;
+    int16_t LastMobileEntryID = 0;
+};
+
+} // namespace tsr::core

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The one boundary through which the logic meets the user: message boxes, the
+// progress dialog's window, grid refreshes and window queries. The windows
+// implement it; tests answer from a queue and record what was shown.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace tsr::core {
+
+// Buttons, icons and answers keep the numbers of the classic message box.
+enum class MsgButtons { OK = 0, OKCancel = 1, AbortRetryIgnore = 2, YesNoCancel = 3, YesNo = 4, RetryCancel = 5 };
+enum class MsgIcon { None = 0, Critical = 16, Question = 32, Exclamation = 48, Information = 64 };
+enum class MsgResult { OK = 1, Cancel = 2, Abort = 3, Retry = 4, Ignore = 5, Yes = 6, No = 7 };
+
+// Text with bold runs, tabs and line breaks: what the log writes for print and file.
+struct RichTextRun {
+    QString text;
+    bool bold = false;
+};
+using RichText = QList<RichTextRun>;
+
+class UserInterface {
+public:
+    virtual ~UserInterface() = default;
+
+    virtual MsgResult msgBox(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title) = 0;
+
+    // The progress dialog's window; its logic (Continue, Quiet) lives in StatusAnzeige.
+    virtual void statusShow(const QString& title) = 0;
+    virtual void statusSetText(const QString& text) = 0;
+    virtual void statusHide() = 0;
+    // Lets pending window events run (the cancel gestures among them).
+    virtual void processEvents() = 0;
+
+    // The grids show their tables anew: 0 calendar, 1 contacts, 2 the log windows.
+    virtual void refreshGrid(int list) = 0;
+
+    virtual bool mainFormVisibleAndEnabled() const = 0;
+    virtual void focusMainForm() = 0;
+
+    // Prints the text in the given font; false when no printer took it.
+    virtual bool printText(const RichText& text, const QString& fontName, int pointSize) = 0;
+};
+
+} // namespace tsr::core

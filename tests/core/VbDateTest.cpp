@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "core/VbDate.h"
+#include "core/Error.h"
+#include "core/Numbers.h"
+
+#include <gtest/gtest.h>
+
+using namespace tsr::core;
+
+TEST(VbDate, DayZeroAndKnownDays) {
+    EXPECT_EQ(DateSerial(1899, 12, 30).value, 0.0);
+    EXPECT_EQ(DateSerial(2000, 1, 1).value, 36526.0);
+    EXPECT_EQ(toQDate(VbDate(-1)), QDate(1899, 12, 29));
+    // Before day 0 the fraction still counts forward from midnight.
+    EXPECT_EQ(Hour(VbDate(-1.25)), 6);
+    EXPECT_EQ(toQDate(VbDate(-1.25)), QDate(1899, 12, 29));
+}
+
+TEST(VbDate, DateSerialRollsOver) {
+    EXPECT_EQ(toQDate(DateSerial(2024, 13, 1)), QDate(2025, 1, 1));
+    EXPECT_EQ(toQDate(DateSerial(2024, 3, 0)), QDate(2024, 2, 29));
+    EXPECT_EQ(toQDate(DateSerial(2024, 0, 15)), QDate(2023, 12, 15));
+}
+
+TEST(VbDate, DateAddKeepsTimeAndClampsMonthEnd) {
+    const VbDate d = fromQDateTime(QDateTime(QDate(2024, 1, 31), QTime(10, 30)));
+    EXPECT_EQ(toQDateTime(DateAdd(QStringLiteral("m"), 1, d)), QDateTime(QDate(2024, 2, 29), QTime(10, 30)));
+    EXPECT_EQ(toQDateTime(DateAdd(QStringLiteral("yyyy"), 1, d)), QDateTime(QDate(2025, 1, 31), QTime(10, 30)));
+    EXPECT_EQ(toQDateTime(DateAdd(QStringLiteral("ww"), -1, d)), QDateTime(QDate(2024, 1, 24), QTime(10, 30)));
+    EXPECT_EQ(toQDateTime(DateAdd(QStringLiteral("n"), 45, d)), QDateTime(QDate(2024, 1, 31), QTime(11, 15)));
+    EXPECT_EQ(toQDateTime(DateAdd(QStringLiteral("h"), 14, d)), QDateTime(QDate(2024, 2, 1), QTime(0, 30)));
+    EXPECT_THROW(DateAdd(QStringLiteral("x"), 1, d), TsrError);
+}
+
+TEST(VbDate, DateDiffCountsBoundaries) {
+    const VbDate a = fromQDateTime(QDateTime(QDate(2024, 12, 31), QTime(23, 59)));
+    const VbDate b = fromQDateTime(QDateTime(QDate(2025, 1, 1), QTime(0, 1)));
+    EXPECT_EQ(DateDiff(QStringLiteral("d"), a, b), 1);
+    EXPECT_EQ(DateDiff(QStringLiteral("yyyy"), a, b), 1);
+    EXPECT_EQ(DateDiff(QStringLiteral("m"), a, b), 1);
+    EXPECT_EQ(DateDiff(QStringLiteral("h"), a, b), 1);
+    EXPECT_EQ(DateDiff(QStringLiteral("n"), a, b), 2);
+    EXPECT_EQ(DateDiff(QStringLiteral("d"), b, a), -1);
+    // Saturday to the next Sunday crosses one week start.
+    EXPECT_EQ(DateDiff(QStringLiteral("ww"), DateSerial(2024, 6, 1), DateSerial(2024, 6, 2)), 1);
+    EXPECT_EQ(DateDiff(QStringLiteral("w"), DateSerial(2024, 6, 1), DateSerial(2024, 6, 2)), 0);
+}
+
+TEST(VbDate, FormatMasks) {
+    const VbDate d = fromQDateTime(QDateTime(QDate(2025, 3, 7), QTime(14, 5, 9)));
+    EXPECT_EQ(Format(d, QStringLiteral("dd.mm.yy")), QStringLiteral("07.03.25"));
+    EXPECT_EQ(Format(d, QStringLiteral("hh:mm:ss")), QStringLiteral("14:05:09"));
+    EXPECT_EQ(Format(d, QStringLiteral("yyyymmdd")), QStringLiteral("20250307"));
+    EXPECT_EQ(Format(d, QStringLiteral("hh:mm dd.mm.yy")), QStringLiteral("14:05 07.03.25"));
+    EXPECT_EQ(Format(d, QStringLiteral("h:nn AM/PM")), QStringLiteral("2:05 PM"));
+    EXPECT_EQ(Format(d, QStringLiteral("ww")), QStringLiteral("10"));
+    EXPECT_EQ(Format(d, QStringLiteral("d/m/yyyy")), QStringLiteral("7/3/2025"));
+}
+
+TEST(VbDate, ParseFollowsTheMaskOrder) {
+    EXPECT_EQ(parseDate(QStringLiteral("07.03.25"), QStringLiteral("dd.mm.yy"), {}), DateSerial(2025, 3, 7));
+    EXPECT_EQ(parseDate(QStringLiteral("03/07/2025"), QStringLiteral("mm/dd/yyyy"), {}), DateSerial(2025, 3, 7));
+    EXPECT_EQ(parseDate(QStringLiteral("2025/03/07 14:05:09"), QStringLiteral("dd.mm.yy"), {})->value,
+              fromQDateTime(QDateTime(QDate(2025, 3, 7), QTime(14, 5, 9))).value);
+    EXPECT_EQ(parseDate(QStringLiteral("14:05 07.03.25"), QStringLiteral("dd.mm.yy"), {})->value,
+              fromQDateTime(QDateTime(QDate(2025, 3, 7), QTime(14, 5))).value);
+    EXPECT_EQ(parseDate(QStringLiteral("2:05 PM"), QStringLiteral("dd.mm.yy"), {})->value, TimeSerial(14, 5, 0).value);
+    EXPECT_FALSE(parseDate(QStringLiteral("31.02.25"), QStringLiteral("dd.mm.yy"), {}));
+    EXPECT_FALSE(parseDate(QStringLiteral("abc"), QStringLiteral("dd.mm.yy"), {}));
+    EXPECT_FALSE(parseDate(QStringLiteral("25:00"), QStringLiteral("dd.mm.yy"), {}));
+}
+
+TEST(Numbers, LeadingNumberAndOverflow) {
+    EXPECT_EQ(Val(QStringLiteral("12abc")), 12);
+    EXPECT_EQ(Val(QStringLiteral("abc")), 0);
+    EXPECT_EQ(Val(QStringLiteral("  -3.5x")), -3.5);
+    EXPECT_EQ(CInt(2.5), 2);
+    EXPECT_EQ(CInt(3.5), 4);
+    EXPECT_EQ(CInt(32767), 32767);
+    try {
+        CInt(40000);
+        FAIL() << "no overflow raised";
+    } catch (const TsrError& e) {
+        EXPECT_EQ(e.number(), 6);
+        EXPECT_EQ(e.description(), QStringLiteral("Overflow"));
+    }
+    EXPECT_THROW(toInt16(-32769), TsrError);
+}

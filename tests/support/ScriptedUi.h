@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The user boundary for tests: answers questions from a queue and records what
+// was shown, so a test can say which boxes came up and with what text.
+#pragma once
+
+#include "core/UserInterface.h"
+
+#include <QList>
+#include <QQueue>
+#include <functional>
+
+namespace tsr::test {
+
+struct ShownBox {
+    QString text;
+    core::MsgButtons buttons;
+    core::MsgIcon icon;
+    QString title;
+};
+
+class ScriptedUi : public core::UserInterface {
+public:
+    // The answers to the next questions, in order. With the queue empty a box is
+    // answered with its first button (OK, Yes, Abort, Retry).
+    void answer(core::MsgResult r) { m_answers.enqueue(r); }
+
+    core::MsgResult msgBox(const QString& text, core::MsgButtons buttons, core::MsgIcon icon,
+                           const QString& title) override;
+    void statusShow(const QString& title) override;
+    void statusSetText(const QString& text) override { statusTexts << text; }
+    void statusHide() override { statusVisible = false; }
+    void processEvents() override;
+    void refreshGrid(int list) override { refreshed << list; }
+    bool mainFormVisibleAndEnabled() const override { return mainVisible; }
+    void focusMainForm() override { ++focusCount; }
+    bool printText(const core::RichText& text, const QString& fontName, int pointSize) override;
+
+    QList<ShownBox> boxes;
+    QStringList statusTitles;
+    QStringList statusTexts;
+    bool statusVisible = false;
+    QList<int> refreshed;
+    bool mainVisible = false;
+    int focusCount = 0;
+    core::RichText printed;
+    QString printedFont;
+    int printedSize = 0;
+    // Called at every processEvents: tests use it to press cancel mid-run.
+    std::function<void()> onProcessEvents;
+
+private:
+    QQueue<core::MsgResult> m_answers;
+};
+
+} // namespace tsr::test

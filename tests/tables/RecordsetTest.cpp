@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tables/Recordset.h"
+#include "core/Error.h"
+
+#include <gtest/gtest.h>
+
+using namespace tsr;
+using core::FieldType;
+using core::VbDate;
+using tables::Recordset;
+
+namespace {
+
+// A table of EntryID/Text rows: ("1","a"), ("2","b"), ("1","c"), ("3","d").
+void fill(Recordset& t) {
+    t.appendField(QStringLiteral("EntryID"), FieldType::Text);
+    t.appendField(QStringLiteral("Text"), FieldType::Text);
+    t.appendField(QStringLiteral("SubType"), FieldType::Int32);
+    t.appendField(QStringLiteral("Start"), FieldType::Date);
+    t.open();
+    const char* rows[][2] = {{"1", "a"}, {"2", "b"}, {"1", "c"}, {"3", "d"}};
+    int i = 0;
+    for (auto& r : rows) {
+        t.addNew();
+        t.setValue(QStringLiteral("EntryID"), QString::fromLatin1(r[0]));
+        t.setValue(QStringLiteral("Text"), QString::fromLatin1(r[1]));
+        t.setValue(QStringLiteral("SubType"), int32_t(10 + i));
+        t.setValue(QStringLiteral("Start"), core::DateSerial(2025, 1, 1 + i));
+        t.update();
+        ++i;
+    }
+}
+
+} // namespace
+
+TEST(Recordset, FieldNamesIgnoreCase) {
+    Recordset t;
+    fill(t);
+    t.moveFirst();
+    EXPECT_EQ(t.value(QStringLiteral("entryid")).toText(), QStringLiteral("1"));
+    EXPECT_EQ(t.fieldIndex(QStringLiteral("TEXT")), 1);
+    EXPECT_THROW(t.value(QStringLiteral("NoSuchField")), core::TsrError);
+}
+
+TEST(Recordset, FindSearchesFromTheCursorAndLeavesEofOnAMiss) {
+    Recordset t;
+    fill(t);
+    t.moveFirst();
+    ASSERT_TRUE(t.find(QStringLiteral("EntryID = 1")));
+    EXPECT_EQ(t.absolutePosition(), 1);
+    t.moveNext();
+    ASSERT_TRUE(t.find(QStringLiteral("EntryID = 1")));
+    EXPECT_EQ(t.value(QStringLiteral("Text")).toText(), QStringLiteral("c"));
+    t.moveNext();
+    EXPECT_FALSE(t.find(QStringLiteral("EntryID = 1")));
+    EXPECT_TRUE(t.eof());
+    EXPECT_EQ(t.absolutePosition(), Recordset::PosEOF);
+    // Quoted and unquoted values compare alike; numbers compare by their text form.
+    t.moveFirst();
+    EXPECT_TRUE(t.find(QStringLiteral("Text = 'd'")));
+    t.moveFirst();
+    EXPECT_TRUE(t.find(QStringLiteral("SubType = 12")));
+    EXPECT_EQ(t.value(QStringLiteral("Text")).toText(), QStringLiteral("c"));
+    EXPECT_THROW(t.find(QStringLiteral("this is no criteria")), core::TsrError);
+}
+
+// The index behind Find follows every change of the searched field.
+TEST(Recordset, FindSeesChangesAfterTheFirstSearch) {
+    Recordset t;
+    fill(t);
+    t.moveFirst();
+    ASSERT_TRUE(t.find(QStringLiteral("EntryID = 3")));
+    t.setValue(QStringLiteral("EntryID"), QStringLiteral("9"));
+    t.moveFirst();
+    EXPECT_FALSE(t.find(QStringLiteral("EntryID = 3")));
+    t.moveFirst();
+    EXPECT_TRUE(t.find(QStringLiteral("EntryID = 9")));
+    t.addNew();
+    t.setValue(QStringLiteral("EntryID"), QStringLiteral("3"));
+    t.moveFirst();
+    ASSERT_TRUE(t.find(QStringLiteral("EntryID = 3")));
+    EXPECT_EQ(t.absolutePosition(), 5);
+    t.moveFirst();
+    t.deleteCurrent();
+    t.moveFirst();
+    ASSERT_TRUE(t.find(QStringLiteral("EntryID = 1")));
+    EXPECT_EQ(t.value(QStringLiteral("Text")).toText(), QStringLiteral("c"));
+}
+
+TEST(Recordset, DeleteLoopClearsTheTable) {
+    Recordset t;
+    fill(t);
+    // first row, delete, next, until EOF
+    while (t.recordCount() > 0) {
+        t.moveFirst();
+        t.deleteCurrent();
+        t.moveNext();
+        if (t.eof())
+            break;
+    }
+    EXPECT_EQ(t.recordCount(), 0);
+}
+
+TEST(Recordset, DeletedRowHasNoValueAndNextMovesBehindTheGap) {
+    Recordset t;
+    fill(t);
+    t.setAbsolutePosition(2);
+    t.deleteCurrent();
+    EXPECT_THROW(t.value(QStringLiteral("Text")), core::TsrError);
+    EXPECT_FALSE(t.eof());
+    t.moveNext();
+    EXPECT_EQ(t.value(QStringLiteral("Text")).toText(), QStringLiteral("c"));
+}
+
+TEST(Recordset, GetRowsReadsInFieldOrderAndMovesOn) {
+    Recordset t;
+    fill(t);
+    t.setAbsolutePosition(2);
+    const auto row = t.getRows();
+    ASSERT_EQ(row.size(), 4u);
+    EXPECT_EQ(row[0].toText(), QStringLiteral("2"));
+    EXPECT_EQ(row[1].toText(), QStringLiteral("b"));
+    EXPECT_EQ(t.absolutePosition(), 3);
+}
+
+TEST(Recordset, DateFieldsCompareThroughTheirTextForm) {
+    Recordset t;
+    t.setDateTextForm(QStringLiteral("dd.mm.yy"), QStringLiteral("hh:mm"));
+    fill(t);
+    t.moveFirst();
+    EXPECT_TRUE(t.find(QStringLiteral("Start = '03.01.25'")));
+    EXPECT_EQ(t.value(QStringLiteral("Text")).toText(), QStringLiteral("c"));
+    // A date written into a text field takes the same text form.
+    t.setValue(QStringLiteral("Text"), core::DateSerial(2025, 1, 3));
+    EXPECT_EQ(t.value(QStringLiteral("Text")).toText(), QStringLiteral("03.01.25"));
+}
+
+TEST(Recordset, SortAndFilterChangeTheView) {
+    Recordset t;
+    fill(t);
+    t.setSort(QStringLiteral("EntryID DESC, Text"));
+    t.moveFirst();
+    QStringList order;
+    while (!t.eof()) {
+        order << t.value(QStringLiteral("Text")).toText();
+        t.moveNext();
+    }
+    EXPECT_EQ(order, (QStringList{QStringLiteral("d"), QStringLiteral("b"), QStringLiteral("a"), QStringLiteral("c")}));
+    t.setFilter(QStringLiteral("EntryID = 1"));
+    EXPECT_EQ(t.recordCount(), 2);
+    t.setFilter({});
+    t.setSort({});
+    EXPECT_EQ(t.recordCount(), 4);
+    t.moveFirst();
+    EXPECT_EQ(t.value(QStringLiteral("Text")).toText(), QStringLiteral("a"));
+}
+
+TEST(Recordset, ValuesConvertToTheFieldType) {
+    Recordset t;
+    fill(t);
+    t.moveFirst();
+    t.setValue(QStringLiteral("SubType"), QStringLiteral("42"));
+    EXPECT_EQ(t.value(QStringLiteral("SubType")).type(), FieldType::Int32);
+    EXPECT_EQ(t.value(QStringLiteral("SubType")).toInt32(), 42);
+    EXPECT_THROW(t.setValue(QStringLiteral("SubType"), QStringLiteral("x")), core::TsrError);
+    t.setValue(QStringLiteral("Text"), true);
+    EXPECT_EQ(t.value(QStringLiteral("Text")).toText(), QStringLiteral("True"));
+}
