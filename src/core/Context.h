@@ -5,6 +5,7 @@
 
 #include "core/Clock.h"
 #include "core/LogState.h"
+#include "core/PhoneState.h"
 #include "core/ReadState.h"
 #include "core/ResStrings.h"
 #include "core/Servers.h"
@@ -32,6 +33,7 @@ struct Context {
     LogState log;
     tables::TableSet tables;
     Servers servers;
+    PhoneState phone;
     ToolsModel tools;
     ResStrings strings;
     StatusAnzeige status{*this};
