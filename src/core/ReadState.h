@@ -2,6 +2,8 @@
 // What each side of each table holds after the last read, and the phone's capacity.
 #pragma once
 
+#include <QList>
+#include <QStringList>
 #include <cstdint>
 
 namespace tsr::core {
@@ -19,6 +21,16 @@ struct ReadState {
 
     int16_t FirstMobileEntryID = 1;
     int16_t LastMobileEntryID = 0;
+    int16_t MobileCalendarCapacity = 0;
+    int16_t FreeCalendarSlots = 0; // capacity less the entries the user keeps free
+    int16_t FreeContactSlots = 0;
+
+    // True while an AutoSync run compares: contact matching then fills gaps.
+    bool SyncRunning = false;
+
+    // The contacts of MobFile.txt as last read, one text list a line.
+    QList<QStringList> MobFileLines;
+    bool MobFileFilled = false;
 };
 
 } // namespace tsr::core
