@@ -37,6 +37,10 @@ struct StartFlags {
     VbDate GlobalEndDate;
     int16_t GlobalTimeOut = 7500;
     int16_t IrDADelay = 0;
+
+    QString DebugFile;       // the path of the open TSRDebug.txt; empty while the trace is off
+    QString LanguageLibrary; // the language table file in use
+    QString HelpFile;        // the program's help file (SetHelp)
 };
 
 // Options of the Linux build, given as --name=value before the classic tokens.

@@ -4,8 +4,11 @@
 // implement it; tests answer from a queue and record what was shown.
 #pragma once
 
+#include <QSize>
 #include <QString>
 #include <QStringList>
+#include <cstdint>
+#include <optional>
 
 namespace tsr::core {
 
@@ -20,6 +23,16 @@ struct RichTextRun {
     bool bold = false;
 };
 using RichText = QList<RichTextRun>;
+
+// The main window's state (0 normal, 1 minimised, 2 maximised) and its frame in
+// twips; the frame is the current one only while the state is normal.
+struct WindowGeometry {
+    int16_t state = 0;
+    int width = 0;
+    int height = 0;
+    int top = 0;
+    int left = 0;
+};
 
 class UserInterface {
 public:
@@ -42,6 +55,15 @@ public:
 
     // Prints the text in the given font; false when no printer took it.
     virtual bool printText(const RichText& text, const QString& fontName, int pointSize) = 0;
+
+    // The main window as it stands; nothing while no main window is loaded.
+    virtual std::optional<WindowGeometry> mainWindowGeometry() const { return std::nullopt; }
+    // The screen's size in twips (15 to a pixel at the usual 96 dots an inch).
+    virtual QSize screenTwips() const { return {1024 * 15, 768 * 15}; }
+    // A second start asked the first instance to come to the front.
+    virtual void activateMainWindow() {}
+    // The main window unloads itself, which ends a dialog-mode run.
+    virtual void unloadMainForm() {}
 };
 
 } // namespace tsr::core

@@ -34,6 +34,10 @@ public:
     bool mainFormVisibleAndEnabled() const override { return mainVisible; }
     void focusMainForm() override { ++focusCount; }
     bool printText(const core::RichText& text, const QString& fontName, int pointSize) override;
+    std::optional<core::WindowGeometry> mainWindowGeometry() const override { return mainGeometry; }
+    QSize screenTwips() const override { return screen; }
+    void activateMainWindow() override { ++activateCount; }
+    void unloadMainForm() override { ++unloadCount; }
 
     QList<ShownBox> boxes;
     QStringList statusTitles;
@@ -45,6 +49,10 @@ public:
     core::RichText printed;
     QString printedFont;
     int printedSize = 0;
+    std::optional<core::WindowGeometry> mainGeometry;
+    QSize screen{1024 * 15, 768 * 15};
+    int activateCount = 0;
+    int unloadCount = 0;
     // Called at every processEvents: tests use it to press cancel mid-run.
     std::function<void()> onProcessEvents;
 
