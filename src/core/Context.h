@@ -4,6 +4,7 @@
 #pragma once
 
 #include "core/Clock.h"
+#include "core/FormatState.h"
 #include "core/LogState.h"
 #include "core/PhoneState.h"
 #include "core/ReadState.h"
@@ -34,6 +35,7 @@ struct Context {
     tables::TableSet tables;
     Servers servers;
     PhoneState phone;
+    FormatState entryFormats;
     ToolsModel tools;
     ResStrings strings;
     StatusAnzeige status{*this};
