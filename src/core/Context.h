@@ -7,6 +7,7 @@
 #include "core/FormatState.h"
 #include "core/LogState.h"
 #include "core/PhoneState.h"
+#include "core/PimState.h"
 #include "core/ReadState.h"
 #include "core/ResStrings.h"
 #include "core/Servers.h"
@@ -35,6 +36,7 @@ struct Context {
     tables::TableSet tables;
     Servers servers;
     PhoneState phone;
+    PimState pim;
     FormatState entryFormats;
     ToolsModel tools;
     ResStrings strings;
