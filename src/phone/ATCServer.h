@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The AT-command server: the phone's organiser as a store of numbered records,
+// reached over a serial device with the dialogue of docs/phone-protocol.md.
+// It opens the device on first use and keeps it open; every failure is raised
+// as a numbered error (0x80042000 + n for the phone's own error n, 462 when the
+// device vanished or the line broke). It knows nothing of the tables.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <cstdint>
+#include <memory>
+
+class QSerialPort;
+
+namespace tsr::phone {
+
+// Error numbers of the link.
+namespace atc {
+inline constexpr int32_t PhoneErrorBase = static_cast<int32_t>(0x80042000); // + the +CME/+CMS number
+inline constexpr int32_t GeneralFailure = static_cast<int32_t>(0x80004005); // a bare ERROR
+inline constexpr int32_t NotResponding = static_cast<int32_t>(0x80010001);  // no final result in time
+inline constexpr int32_t NoDevice = static_cast<int32_t>(0x80070002);
+inline constexpr int32_t AccessDenied = static_cast<int32_t>(0x80070005);
+inline constexpr int32_t ServerGone = 462;
+inline constexpr int CalendarStore = 4;
+} // namespace atc
+
+// "COMn" names the n-th serial port, /dev/ttyS(n-1); anything else is a device path.
+QString devicePathForPort(const QString& port);
+
+class ATCServer {
+public:
+    ATCServer();
+    ~ATCServer();
+    ATCServer(const ATCServer&) = delete;
+    ATCServer& operator=(const ATCServer&) = delete;
+
+    // Port (set): a new port closes the device; the next operation opens the new one.
+    void setPort(const QString& port);
+    QString port() const { return m_port; }
+    // How long one command may wait for its final result, in milliseconds.
+    void setTimeOut(int milliseconds) { m_timeoutMs = milliseconds < 1 ? 1 : milliseconds; }
+    int timeOut() const { return m_timeoutMs; }
+    bool isOpen() const;
+
+    QString Manufacturer();
+    QString Model();
+    void GetStoreRange(int store, int16_t& first, int16_t& last);
+    // The record's bytes; an empty record gives an empty array.
+    void ReadEntry(int index, QByteArray& text);
+    void WriteEntry(int index, const QByteArray& text);
+    void DeleteEntry(int index);
+
+    // Commands sent since the server was made: a plain count for tests and diagnostics.
+    int commandCount() const { return m_commands; }
+
+private:
+    struct Reply {
+        QList<QByteArray> lines; // information lines, without CR LF
+        QByteArray payload;      // the block after a length header
+    };
+    void ensureOpen();
+    void openDevice();
+    void closeDevice();
+    Reply command(const QByteArray& cmd, int payloadFor = -1);
+    Reply transact(const QByteArray& cmd, int payloadFor, const QByteArray* upload);
+    QString identification(const QByteArray& cmd);
+    // Waits for more bytes until the deadline; raises 0x80010001 when it passes, 462 on a dead line.
+    void waitForData(qint64 deadline, const QByteArray& cmd);
+    void sendAll(const QByteArray& bytes, qint64 deadline);
+    [[noreturn]] void fail(int32_t number, const QString& description);
+
+    std::unique_ptr<QSerialPort> m_serial;
+    QString m_port = QStringLiteral("COM1");
+    QByteArray m_buffer;
+    int m_timeoutMs = 7500;
+    int m_commands = 0;
+};
+
+} // namespace tsr::phone

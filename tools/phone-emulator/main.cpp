@@ -1,0 +1,313 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// phone-emulator: an emulated phone on a pseudo-terminal. It prints the device
+// path (and links it to a given path), answers the dialogue of
+// docs/phone-protocol.md at a chosen line rate, and injects faults on request.
+// It keeps a handle of its own on the device side, so a host may close the
+// device and open it again without the emulator noticing.
+#include "Dialogue.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <fcntl.h>
+#include <fstream>
+#include <getopt.h>
+#include <iostream>
+#include <poll.h>
+#include <string>
+#include <termios.h>
+#include <unistd.h>
+
+using namespace phone_emulator;
+
+namespace {
+
+const char* const kUsage = R"(Usage: phone-emulator --dir DIR [options]
+
+Serves an emulated phone on a pseudo-terminal and prints the device path on
+standard output (again after every broken line, which opens a new device).
+Calendar records are the files DIR/cal/<index>.vcs.
+
+  --dir DIR              folder of the records (required)
+  --link PATH            keep a symbolic link PATH to the current device
+  --manufacturer TEXT    answer to AT+CGMI (default Tessarine)
+  --model TEXT           answer to AT+CGMM (default TX1)
+  --revision TEXT        answer to AT+CGMR (default 1.0)
+  --serial TEXT          answer to AT+CGSN
+  --first N, --last N    index range of the calendar store (default 1..100)
+  --max-record N         longest record the phone takes (default 4096)
+  --baud N               line rate; 10 bit times a byte (default 115200, 0 = unpaced)
+  --latency MS           time the phone thinks before each answer (default 0)
+  --journal FILE         append every command line received to FILE
+Faults (COMMAND is the text after "AT", e.g. '$ORGR' or '$ORGR=4,7'; it
+matches a command that starts with it and does not go on with a digit):
+  --cme N:COMMAND        answer COMMAND with +CME ERROR: N
+  --error COMMAND        answer COMMAND with a bare ERROR
+  --silent COMMAND       do not answer COMMAND at all
+  --break-after N:COMMAND  send N bytes of the answer to COMMAND, then hang up
+  --busy                 answer every organiser command with +CME ERROR: 515
+  --help                 this text
+)";
+
+volatile std::sig_atomic_t g_stop = 0;
+
+struct Line {
+    int master = -1;
+    int slave = -1;
+    std::string path;
+};
+
+long long nowNs() {
+    timespec ts{};
+    clock_gettime(CLOCK_MONOTONIC, &ts);
+    return ts.tv_sec * 1000000000LL + ts.tv_nsec;
+}
+
+void sleepUntil(long long ns) {
+    timespec ts{};
+    ts.tv_sec = ns / 1000000000LL;
+    ts.tv_nsec = ns % 1000000000LL;
+    while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &ts, nullptr) == EINTR && !g_stop) {
+    }
+}
+
+bool openLine(Line& line, const std::string& link) {
+    line.master = posix_openpt(O_RDWR | O_NOCTTY);
+    if (line.master < 0 || grantpt(line.master) != 0 || unlockpt(line.master) != 0)
+        return false;
+    const char* name = ptsname(line.master);
+    if (!name)
+        return false;
+    line.path = name;
+    // Our own handle on the device side: without it the master reads EIO while no host holds the device.
+    line.slave = open(name, O_RDWR | O_NOCTTY);
+    if (line.slave < 0)
+        return false;
+    termios tio{};
+    tcgetattr(line.slave, &tio);
+    cfmakeraw(&tio);
+    tcsetattr(line.slave, TCSANOW, &tio);
+    fcntl(line.master, F_SETFL, fcntl(line.master, F_GETFL) | O_NONBLOCK);
+    if (!link.empty()) {
+        unlink(link.c_str());
+        if (symlink(name, link.c_str()) != 0)
+            std::cerr << "phone-emulator: cannot link " << link << ": " << std::strerror(errno) << "\n";
+    }
+    std::cout << line.path << std::endl;
+    return true;
+}
+
+void closeLine(Line& line) {
+    if (line.master >= 0)
+        close(line.master);
+    if (line.slave >= 0)
+        close(line.slave);
+    line = Line{};
+}
+
+// Writes everything, waiting a while for a slow reader; a reader that has gone loses the rest.
+void writeAll(int fd, const char* data, size_t size) {
+    while (size > 0) {
+        const ssize_t n = write(fd, data, size);
+        if (n > 0) {
+            data += n;
+            size -= size_t(n);
+            continue;
+        }
+        if (n < 0 && errno != EAGAIN && errno != EINTR)
+            return;
+        pollfd p{fd, POLLOUT, 0};
+        if (poll(&p, 1, 2000) <= 0)
+            return;
+    }
+}
+
+class Pacer {
+public:
+    explicit Pacer(long baud) : m_byteNs(baud > 0 ? 10'000'000'000LL / baud : 0) {}
+    long long bytesNs(size_t n) const { return m_byteNs * static_cast<long long>(n); }
+    // Sends the bytes at the line rate: each piece leaves when its last bit would have crossed the line.
+    void send(int fd, const std::string& bytes) {
+        long long due = nowNs();
+        const size_t piece = 8;
+        for (size_t at = 0; at < bytes.size(); at += piece) {
+            const size_t n = std::min(piece, bytes.size() - at);
+            due += bytesNs(n);
+            if (m_byteNs > 0)
+                sleepUntil(due);
+            writeAll(fd, bytes.data() + at, n);
+        }
+    }
+
+private:
+    long long m_byteNs;
+};
+
+bool parseCountAndCommand(const char* arg, int& n, std::string& cmd) {
+    const char* colon = std::strchr(arg, ':');
+    if (!colon || colon == arg)
+        return false;
+    char* end = nullptr;
+    n = int(std::strtol(arg, &end, 10));
+    if (end != colon)
+        return false;
+    cmd = colon + 1;
+    for (char& c : cmd)
+        c = char(std::toupper(static_cast<unsigned char>(c)));
+    return !cmd.empty();
+}
+
+std::string upperCopy(std::string s) {
+    for (char& c : s)
+        c = char(std::toupper(static_cast<unsigned char>(c)));
+    return s;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    PhoneSetup setup;
+    std::string link;
+    std::string journalPath;
+    long baud = 115200;
+    long latencyMs = 0;
+    enum { Dir = 1, Link, Manu, Model, Rev, Serial, First, Last, MaxRec, Baud, Latency, Journal, Cme, PlainErr, Silent, Break,
+           Busy, Help };
+    const option options[] = {{"dir", required_argument, nullptr, Dir},
+                              {"link", required_argument, nullptr, Link},
+                              {"manufacturer", required_argument, nullptr, Manu},
+                              {"model", required_argument, nullptr, Model},
+                              {"revision", required_argument, nullptr, Rev},
+                              {"serial", required_argument, nullptr, Serial},
+                              {"first", required_argument, nullptr, First},
+                              {"last", required_argument, nullptr, Last},
+                              {"max-record", required_argument, nullptr, MaxRec},
+                              {"baud", required_argument, nullptr, Baud},
+                              {"latency", required_argument, nullptr, Latency},
+                              {"journal", required_argument, nullptr, Journal},
+                              {"cme", required_argument, nullptr, Cme},
+                              {"error", required_argument, nullptr, PlainErr},
+                              {"silent", required_argument, nullptr, Silent},
+                              {"break-after", required_argument, nullptr, Break},
+                              {"busy", no_argument, nullptr, Busy},
+                              {"help", no_argument, nullptr, Help},
+                              {nullptr, 0, nullptr, 0}};
+    int opt = 0;
+    while ((opt = getopt_long(argc, argv, "", options, nullptr)) != -1) {
+        Fault fault{};
+        switch (opt) {
+        case Dir: setup.folder = optarg; break;
+        case Link: link = optarg; break;
+        case Manu: setup.manufacturer = optarg; break;
+        case Model: setup.model = optarg; break;
+        case Rev: setup.revision = optarg; break;
+        case Serial: setup.serial = optarg; break;
+        case First: setup.first = std::atoi(optarg); break;
+        case Last: setup.last = std::atoi(optarg); break;
+        case MaxRec: setup.maxRecord = std::atoi(optarg); break;
+        case Baud: baud = std::atol(optarg); break;
+        case Latency: latencyMs = std::atol(optarg); break;
+        case Journal: journalPath = optarg; break;
+        case Busy: setup.busy = true; break;
+        case Help: std::cout << kUsage; return 0;
+        case Silent:
+        case PlainErr:
+            fault.kind = opt == Silent ? Fault::Kind::Silence : Fault::Kind::PlainError;
+            fault.prefix = upperCopy(optarg);
+            setup.faults.push_back(fault);
+            break;
+        case Cme:
+        case Break:
+            fault.kind = opt == Cme ? Fault::Kind::CmeError : Fault::Kind::BreakLine;
+            if (!parseCountAndCommand(optarg, fault.value, fault.prefix)) {
+                std::cerr << "phone-emulator: expected N:COMMAND, got " << optarg << "\n";
+                return 2;
+            }
+            setup.faults.push_back(fault);
+            break;
+        default: std::cerr << kUsage; return 2;
+        }
+    }
+    if (setup.folder.empty() || setup.first < 0 || setup.last < setup.first || baud < 0 || latencyMs < 0) {
+        std::cerr << "phone-emulator: a folder (--dir) and a valid index range are needed\n" << kUsage;
+        return 2;
+    }
+
+    std::signal(SIGTERM, [](int) { g_stop = 1; });
+    std::signal(SIGINT, [](int) { g_stop = 1; });
+    std::signal(SIGPIPE, SIG_IGN);
+
+    Dialogue dialogue(setup);
+    Pacer pacer(baud);
+    std::ofstream journal;
+    if (!journalPath.empty())
+        journal.open(journalPath, std::ios::app);
+    Line line;
+    if (!openLine(line, link)) {
+        std::cerr << "phone-emulator: cannot open a pseudo-terminal: " << std::strerror(errno) << "\n";
+        return 1;
+    }
+
+    std::string pending;         // the command line being received, or the record of a write
+    long long unitStart = 0;     // when its first byte came
+    long uploadLeft = -1;        // bytes of a record still to come after a write prompt
+    char buf[4096];
+    while (!g_stop) {
+        pollfd p{line.master, POLLIN, 0};
+        if (poll(&p, 1, 200) <= 0)
+            continue;
+        const ssize_t n = read(line.master, buf, sizeof buf);
+        if (n <= 0)
+            continue;
+        for (ssize_t i = 0; i < n; ++i) {
+            const char c = buf[i];
+            if (pending.empty())
+                unitStart = nowNs();
+            if (uploadLeft >= 0) {
+                pending += c;
+                if (long(pending.size()) < uploadLeft)
+                    continue;
+                sleepUntil(unitStart + pacer.bytesNs(pending.size()));
+                pacer.send(line.master, dialogue.upload(pending));
+                pending.clear();
+                uploadLeft = -1;
+                continue;
+            }
+            if (c == '\n' && pending.empty())
+                continue;
+            if (c != '\r') {
+                pending += c;
+                continue;
+            }
+            // A whole command has crossed the line: think, then answer at the line rate.
+            sleepUntil(unitStart + pacer.bytesNs(pending.size() + 1) + latencyMs * 1000000LL);
+            if (journal.is_open())
+                journal << pending << std::endl;
+            const Answer answer = dialogue.command(pending);
+            pending.clear();
+            if (answer.silent)
+                continue;
+            if (answer.breakAfter >= 0) {
+                pacer.send(line.master, answer.bytes.substr(0, size_t(answer.breakAfter)));
+                // The line breaks: the host's device goes dead and a new one takes its place.
+                closeLine(line);
+                uploadLeft = -1;
+                if (!openLine(line, link))
+                    return 1;
+                break;
+            }
+            pacer.send(line.master, answer.bytes);
+            if (answer.uploadLength == 0)
+                pacer.send(line.master, dialogue.upload(std::string()));
+            else if (answer.uploadLength > 0)
+                uploadLeft = answer.uploadLength;
+        }
+    }
+    if (!link.empty())
+        unlink(link.c_str());
+    closeLine(line);
+    return 0;
+}
