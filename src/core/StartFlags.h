@@ -31,6 +31,7 @@ struct StartFlags {
     bool GDX_Check = false;
     bool GlobalLogReady = false;
     bool GlobalMobileOnline = false;
+    bool GlobalTransferRun = false; // a transfer run is on: phone writes and deletes act at once
     bool SecondInstance = false; // TSR2INST: this start hands over and saves nothing
 
     VbDate GlobalStartDate;
