@@ -10,6 +10,10 @@
 #include <cstdint>
 #include <optional>
 
+namespace tsr::tables {
+class Recordset;
+}
+
 namespace tsr::core {
 
 // Buttons, icons and answers keep the numbers of the classic message box.
@@ -64,6 +68,17 @@ public:
     virtual void activateMainWindow() {}
     // The main window unloads itself, which ends a dialog-mode run.
     virtual void unloadMainForm() {}
+
+    // The status line shows the phone's state and the entry counts anew.
+    virtual void SetStatusBarMobile() {}
+    // The compare dialog for a contact changed on both sides since the last run,
+    // modal over the main window: 1 the phone's data overwrite the PIM's, 2 the
+    // PIM's overwrite the phone's, anything else leaves both.
+    virtual int compareContacts(const tables::Recordset& pimRow, const tables::Recordset& mobileRow) {
+        (void)pimRow;
+        (void)mobileRow;
+        return 0;
+    }
 };
 
 } // namespace tsr::core

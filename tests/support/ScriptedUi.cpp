@@ -42,4 +42,10 @@ bool ScriptedUi::printText(const core::RichText& text, const QString& fontName, 
     return true;
 }
 
+int ScriptedUi::compareContacts(const tables::Recordset&, const tables::Recordset&) {
+    ++compareCount;
+    statusVisibleAtCompare = statusVisible;
+    return compareAnswers.isEmpty() ? 0 : compareAnswers.dequeue();
+}
+
 } // namespace tsr::test

@@ -38,6 +38,9 @@ public:
     QSize screenTwips() const override { return screen; }
     void activateMainWindow() override { ++activateCount; }
     void unloadMainForm() override { ++unloadCount; }
+    void SetStatusBarMobile() override { ++statusBarCount; }
+    // Answers from compareAnswers, 0 when it is empty.
+    int compareContacts(const tables::Recordset& pimRow, const tables::Recordset& mobileRow) override;
 
     QList<ShownBox> boxes;
     QStringList statusTitles;
@@ -53,6 +56,10 @@ public:
     QSize screen{1024 * 15, 768 * 15};
     int activateCount = 0;
     int unloadCount = 0;
+    int statusBarCount = 0;
+    QQueue<int> compareAnswers;
+    int compareCount = 0;
+    bool statusVisibleAtCompare = false;
     // Called at every processEvents: tests use it to press cancel mid-run.
     std::function<void()> onProcessEvents;
 
