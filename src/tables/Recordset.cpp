@@ -33,6 +33,16 @@ struct Recordset::Index {
     QHash<QString, std::vector<Row*>> rows;
 };
 
+// Index lists are kept in view order, so a row is found by its position.
+template <class Row> static void removeFromList(std::vector<Row*>& list, Row* row) {
+    auto at = std::lower_bound(list.begin(), list.end(), row->viewPos,
+                               [](const Row* r, int pos) { return r->viewPos < pos; });
+    if (at != list.end() && *at == row)
+        list.erase(at);
+    else
+        list.erase(std::remove(list.begin(), list.end(), row), list.end());
+}
+
 static const QString kSource = QStringLiteral("ADODB.Recordset");
 
 static TsrError noCurrentRecord() {
@@ -118,10 +128,8 @@ void Recordset::addNew() {
 
 void Recordset::deleteCurrent() {
     Row& row = currentRow();
-    for (auto it = m_indexes.begin(); it != m_indexes.end(); ++it) {
-        auto& list = it.value()->rows[textForm(row.values[size_t(it.key())]).toCaseFolded()];
-        list.erase(std::remove(list.begin(), list.end(), &row), list.end());
-    }
+    for (auto it = m_indexes.begin(); it != m_indexes.end(); ++it)
+        removeFromList(it.value()->rows[textForm(row.values[size_t(it.key())]).toCaseFolded()], &row);
     const int pos = row.viewPos;
     m_view.erase(m_view.begin() + pos);
     for (size_t i = size_t(pos); i < m_view.size(); ++i)
@@ -233,8 +241,7 @@ void Recordset::setValue(int index, const Value& v) {
     auto idx = m_indexes.constFind(index);
     if (idx != m_indexes.constEnd() && row.viewPos >= 0) {
         auto& index_ = *idx.value();
-        auto& oldList = index_.rows[textForm(row.values[size_t(index)]).toCaseFolded()];
-        oldList.erase(std::remove(oldList.begin(), oldList.end(), &row), oldList.end());
+        removeFromList(index_.rows[textForm(row.values[size_t(index)]).toCaseFolded()], &row);
         auto& newList = index_.rows[textForm(converted).toCaseFolded()];
         auto at = std::lower_bound(newList.begin(), newList.end(), row.viewPos,
                                    [](const Row* r, int pos) { return r->viewPos < pos; });

@@ -1,0 +1,267 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tables/TSRADODB.h"
+
+#include "core/ErrorReport.h"
+#include "log/LogInit.h"
+#include "tables/Layouts.h"
+
+namespace tsr::tables {
+
+using core::TsrError;
+using core::Value;
+
+namespace {
+
+const QString kModul = QStringLiteral("TSRADODB");
+
+QString entryIdCriteria(const QString& id) {
+    return QStringLiteral("EntryID = ") + id;
+}
+
+void appendLayout(Recordset& table, std::span<const FieldSpec> layout) {
+    for (const FieldSpec& f : layout)
+        table.appendField(QString::fromUtf16(f.name), f.type);
+    table.open();
+}
+
+void createNewRow(Recordset& table, std::span<const FieldSpec> layout) {
+    table.addNew();
+    for (int i = 0; i < int(layout.size()); ++i) {
+        Value v = layout[size_t(i)].initial();
+        if (!v.isEmpty())
+            table.setValue(i, v);
+    }
+}
+
+// Saves the position, walks every row whose `criteria` field matches, calls
+// `write` on it, and restores the position.
+template <class Write> void forEachSeriesRow(Recordset& table, const QString& criteria, Write&& write) {
+    if (table.recordCount() == 0)
+        return;
+    const int position = table.absolutePosition();
+    table.moveFirst();
+    while (!table.eof()) {
+        if (!table.find(criteria, 0, 1))
+            break;
+        write();
+        table.moveNext();
+    }
+    table.setAbsolutePosition(position);
+}
+
+} // namespace
+
+bool Test4ADO(core::Context& ctx) {
+    try {
+        Recordset probe;
+        probe.appendField(QStringLiteral("Test"), core::FieldType::Text);
+        probe.open();
+        probe.addNew();
+        probe.setValue(0, QStringLiteral("Test"));
+        probe.update();
+        probe.close();
+    } catch (const TsrError& e) {
+        QString text = e.description().isEmpty() ? QString() : e.description() + QStringLiteral("\r\n");
+        text += ctx.strings.text(936) + QStringLiteral("\r\n") + ctx.strings.text(937);
+        throw TsrError(core::err::NoTableService, QStringLiteral("Test4ADO"), text);
+    }
+    return true;
+}
+
+bool CreateInitAndSetAllRS(core::Context& ctx) {
+    return core::guarded(ctx, kModul, QStringLiteral("CreateInitAndSetAllRS"), false, [&] {
+        if (!Test4ADO(ctx))
+            return false;
+        auto& t = ctx.tables;
+        t.RSCalendar = std::make_unique<Recordset>(QStringLiteral("RSCalendar"));
+        t.RSCalendarWork = std::make_unique<Recordset>(QStringLiteral("RSCalendarWork"));
+        t.RSCalendarPending = std::make_unique<Recordset>(QStringLiteral("RSCalendarPending"));
+        t.RSContacts = std::make_unique<Recordset>(QStringLiteral("RSContacts"));
+        t.RSContactsWork = std::make_unique<Recordset>(QStringLiteral("RSContactsWork"));
+        t.RSContactsPending = std::make_unique<Recordset>(QStringLiteral("RSContactsPending"));
+        for (Recordset* r : {t.RSCalendar.get(), t.RSCalendarWork.get(), t.RSCalendarPending.get()}) {
+            applyDateTextForm(ctx, *r);
+            InitCalendarRS(*r);
+        }
+        for (Recordset* r : {t.RSContacts.get(), t.RSContactsWork.get(), t.RSContactsPending.get()}) {
+            applyDateTextForm(ctx, *r);
+            vCardInitRS(*r);
+        }
+        log::LogInit(ctx);
+        ctx.flags.GlobalLogReady = true;
+        ctx.ui->refreshGrid(0);
+        ctx.ui->refreshGrid(1);
+        return true;
+    });
+}
+
+void InitCalendarRS(Recordset& table) {
+    appendLayout(table, calendarLayout());
+}
+
+void vCardInitRS(Recordset& table) {
+    appendLayout(table, contactLayout());
+}
+
+void applyDateTextForm(const core::Context& ctx, Recordset& table) {
+    table.setDateTextForm(ctx.formats.DateFormat, ctx.formats.TimeFormat);
+}
+
+void ClearRecordSet(Recordset& table) {
+    if (table.recordCount() > 0) {
+        table.moveFirst();
+        while (!table.eof()) {
+            table.moveFirst();
+            table.deleteCurrent();
+            table.moveNext();
+        }
+    }
+    table.updateBatch();
+}
+
+void vCalCreateNewRecord(Recordset& table) {
+    createNewRow(table, calendarLayout());
+    vCalClearRecurrance(table);
+    table.update();
+}
+
+void vCalClearRecurrance(Recordset& table) {
+    table.setValue(QStringLiteral("ISRecurring"), false);
+    for (const char16_t* f : {u"RecurrenceDuration", u"RecurrenceFrequenz", u"RecurrenceType", u"Serie",
+                              u"RecurrenceIntervall", u"ModKey", u"Weekdaymask", u"DayOfMonth"})
+        table.setValue(QString::fromUtf16(f), Value());
+}
+
+void vCardCreateNewRecord(Recordset& table) {
+    createNewRow(table, contactLayout());
+    table.update();
+}
+
+bool CopyFromRecordset(Recordset& target, Recordset& source) {
+    const int position = source.absolutePosition();
+    const std::vector<Value> row = source.getRows();
+    source.setAbsolutePosition(position);
+    for (int i = 0; i < target.fieldCount() && i < int(row.size()); ++i)
+        target.setValue(i, row[size_t(i)]);
+    target.updateBatch();
+    return true;
+}
+
+bool vCalClearSerieRecords(Recordset&, const QString&) {
+    return true;
+}
+
+void vCardFillRecordFromTokens(Recordset& table, const QList<QStringList>& tokens, int index) {
+    // Token columns of the state file: 2 and 3 hold the Mobile and PIM marks and are not read here.
+    static const std::pair<int, const char16_t*> columns[] = {
+        {0, u"MobileID"}, {1, u"UID"},         {4, u"LastName"},   {5, u"FirstName"},
+        {6, u"Company"},  {7, u"Phone"},       {8, u"Street"},     {9, u"ZipCode"},
+        {10, u"City"},    {11, u"Categories"}, {12, u"PhoneWork"}, {13, u"PhoneMobile"},
+        {14, u"Fax"},     {15, u"eMail"},      {16, u"Country"},   {17, u"URL"},
+    };
+    table.setValue(QStringLiteral("Mobile"), true);
+    table.setValue(QStringLiteral("EntryType"), int32_t(3));
+    const QStringList& line = tokens.at(index);
+    for (const auto& [column, field] : columns) {
+        const QString token = line.value(column);
+        if (token.isEmpty())
+            continue;
+        const QString name = QString::fromUtf16(field);
+        if (name == u"Categories")
+            table.setValue(name, token != u"0");
+        else
+            table.setValue(name, token);
+    }
+}
+
+void SeriesClearMobile(Recordset& table, const QString& entryId) {
+    forEachSeriesRow(table, entryIdCriteria(entryId), [&] {
+        table.setValue(QStringLiteral("Mobile"), false);
+        table.updateBatch();
+    });
+    table.updateBatch();
+}
+
+void SeriesClearPIM(Recordset& table, const QString& entryId) {
+    forEachSeriesRow(table, entryIdCriteria(entryId), [&] { table.setValue(QStringLiteral("PIM"), false); });
+}
+
+void SeriesClearBoth(Recordset& table, const QString& entryId) {
+    forEachSeriesRow(table, entryIdCriteria(entryId), [&] {
+        table.setValue(QStringLiteral("Mobile"), false);
+        table.setValue(QStringLiteral("PIM"), false);
+    });
+}
+
+void SeriesSetPIM(Recordset& table, const QString& entryId) {
+    forEachSeriesRow(table, entryIdCriteria(entryId), [&] { table.setValue(QStringLiteral("PIM"), true); });
+}
+
+void SeriesSetEntryID(Recordset& table, const QString& entryId, const QString& newValue) {
+    forEachSeriesRow(table, entryIdCriteria(entryId), [&] { table.setValue(QStringLiteral("EntryID"), newValue); });
+}
+
+void SeriesSetSubType(Recordset& table, const QString& entryId, int32_t newValue) {
+    forEachSeriesRow(table, entryIdCriteria(entryId), [&] { table.setValue(QStringLiteral("SubType"), newValue); });
+}
+
+void SeriesSetUID(Recordset& table, const QString& entryId, const QString& newValue) {
+    forEachSeriesRow(table, entryIdCriteria(entryId), [&] { table.setValue(QStringLiteral("UID"), newValue); });
+}
+
+void SeriesSetMobileID(Recordset& table, const QString& entryId, const QString& newValue) {
+    forEachSeriesRow(table, entryIdCriteria(entryId), [&] { table.setValue(QStringLiteral("MobileID"), newValue); });
+}
+
+void SeriesSetEntryType(Recordset& table, const QString& entryId, int32_t newValue) {
+    forEachSeriesRow(table, entryIdCriteria(entryId), [&] { table.setValue(QStringLiteral("EntryType"), newValue); });
+}
+
+void SeriesSetUIDAndEntryID(Recordset& table, const QString& id, const QString& newValue, bool byUid) {
+    const QString criteria = (byUid ? QStringLiteral("UID = ") : QStringLiteral("EntryID = ")) + id;
+    forEachSeriesRow(table, criteria, [&] {
+        table.setValue(QStringLiteral("UID"), newValue);
+        if (!table.value(QStringLiteral("Mobile")).toBool())
+            table.setValue(QStringLiteral("EntryID"), newValue);
+    });
+}
+
+void SeriesSetWeekdayMask(Recordset& table, const QString& entryId, int64_t mask) {
+    forEachSeriesRow(table, entryIdCriteria(entryId), [&] { table.setValue(QStringLiteral("Weekdaymask"), mask); });
+}
+
+void SeriesSetTyp(Recordset& table, const QString& entryId, const QString& typ) {
+    forEachSeriesRow(table, entryIdCriteria(entryId), [&] {
+        table.setValue(QStringLiteral("Typ"), typ);
+        for (const char16_t* f : {u"MemoStatus", u"MeetingStatus", u"AnniversaryStatus", u"PhoneCallStatus"})
+            table.setValue(QString::fromUtf16(f), false);
+        const QString status = typ == u"1"   ? QStringLiteral("MeetingStatus")
+                               : typ == u"2" ? QStringLiteral("AnniversaryStatus")
+                               : typ == u"3" ? QStringLiteral("PhoneCallStatus")
+                                             : QStringLiteral("MemoStatus");
+        table.setValue(status, true);
+    });
+}
+
+void SeriesSetAlarm(Recordset& table, const QString& entryId, bool on) {
+    forEachSeriesRow(table, entryIdCriteria(entryId), [&] {
+        const Value alarmTime = on ? table.value(QStringLiteral("Start")) : Value(core::VbDate(0));
+        table.setValue(QStringLiteral("DAlarm"), alarmTime);
+        table.setValue(QStringLiteral("AAlarm"), alarmTime);
+        table.setValue(QStringLiteral("Alarm"), on);
+        table.setValue(QStringLiteral("AAlarmFlag"), on);
+        table.setValue(QStringLiteral("DAlarmFlag"), on);
+    });
+}
+
+bool FindEntryByID(Recordset& table, const QString& entryId) {
+    const int position = table.absolutePosition();
+    table.moveFirst();
+    if (table.find(entryIdCriteria(entryId), 0, 1))
+        return true;
+    if (position != Recordset::PosUnknown)
+        table.setAbsolutePosition(position);
+    return false;
+}
+
+} // namespace tsr::tables
