@@ -5,6 +5,20 @@ namespace tsr::log {
 
 namespace {
 
+// The Windows-1252 byte of a character, or '?' where the code page has none.
+uint8_t ansiFallback(char16_t c) {
+    static const char16_t high[32] = {0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                      0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0,      0x017D, 0,
+                                      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                      0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
+    if (c >= 0xA0 && c <= 0xFF)
+        return uint8_t(c);
+    for (int i = 0; i < 32; ++i)
+        if (high[i] == c)
+            return uint8_t(0x80 + i);
+    return '?';
+}
+
 void appendEscaped(QByteArray& out, const QString& text) {
     for (qsizetype i = 0; i < text.size(); ++i) {
         const char16_t c = text[i].unicode();
@@ -34,8 +48,11 @@ void appendEscaped(QByteArray& out, const QString& text) {
             if (c >= 0x20 && c < 0x80) {
                 out += char(c);
             } else if (c >= 0x80) {
-                // RTF counts \u in signed 16-bit; "?" is what a reader without Unicode shows.
-                out += "\\u" + QByteArray::number(int(int16_t(c))) + '?';
+                // \u counts in signed 16 bits and is followed by the one code-page character that
+                // a reader without Unicode shows instead. That character goes as a hex escape:
+                // some readers drop the rest of the word after a plain one.
+                out += "\\u" + QByteArray::number(int(int16_t(c))) + "\\'" +
+                       QByteArray::number(ansiFallback(c), 16).rightJustified(2, '0');
             }
             // Other control characters have no place in the log's text.
             break;

@@ -10,8 +10,9 @@
 namespace tsr::log {
 
 // The text as a complete RTF document in the given font and size (points).
-// "\", "{" and "}" are escaped, characters beyond ASCII written as \uN?, tabs as
-// \tab and line breaks (CR LF, CR or LF) as \par.
+// "\", "{" and "}" are escaped, characters beyond ASCII written as \uN followed by
+// their Windows-1252 fallback (\'hh, "?" where it has none), tabs as \tab and line
+// breaks (CR LF, CR or LF) as \par.
 QByteArray richTextToRtf(const core::RichText& text, const QString& fontName, int pointSize);
 
 } // namespace tsr::log
