@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The program's entry point: makes the context and the windows and hands over
-// to the start-up sequence.
+// The program's entry point: takes the "--" options out of the command line
+// (answering --help and --version before any window system is touched), makes
+// the context and the windows and hands over to the start-up sequence.
 #include "core/Context.h"
+#include "spine/CommandLine.h"
 #include "ui/MainWindow.h"
 #include "ui/QtUserInterface.h"
 
@@ -9,15 +11,34 @@
 #include <QTextStream>
 
 int main(int argc, char** argv) {
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    tsr::core::PlatformOptions options;
+    const tsr::spine::SplitCommandLine split = tsr::spine::takePlatformOptions(options, arguments);
+    if (split.help) {
+        QTextStream(stdout) << tsr::spine::usageText();
+        return 0;
+    }
+    if (split.version) {
+        QTextStream(stdout) << "Tessarine " << TESSARINE_VERSION << '\n';
+        return 0;
+    }
+    if (!split.unknown.isEmpty()) {
+        QTextStream(stderr) << "tessarine: unknown option " << split.unknown.first() << '\n'
+                            << "Try 'tessarine --help' for more information.\n";
+        return 2;
+    }
+
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tessarine"));
     QApplication::setApplicationVersion(QStringLiteral(TESSARINE_VERSION));
 
     tsr::ui::QtUserInterface ui;
     tsr::core::Context ctx(ui);
+    ctx.options = options;
 
-    const QStringList args = QApplication::arguments();
-    if (args.contains(QStringLiteral("--headless"))) {
+    if (options.headless) {
         QTextStream(stdout) << ctx.title() << ' ' << TESSARINE_VERSION << '\n';
         return 0;
     }

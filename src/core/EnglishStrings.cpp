@@ -485,9 +485,12 @@ const QHash<int, QString>& ResStrings::english() {
         {954, QStringLiteral("About")},
         {955, QStringLiteral("Clear mobile")},
         {958, QStringLiteral("Help")},
-        // The question on closing while busy joins two numbers; the web address takes no part in the logic.
+        // The question on closing while busy joins two numbers.
         {956, QStringLiteral("There are active processes or there are active windows.")},
         {957, QStringLiteral("Close anyway?")},
+        // The web address, for the main phone model and the others; it takes no part in the logic.
+        {948, QStringLiteral("www.orvane.example/tessarine")},
+        {959, QStringLiteral("www.orvane.example/tessarine")},
     };
     return table;
 }

@@ -1,0 +1,304 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "spine/RegistrySettings.h"
+
+#include "core/Numbers.h"
+#include "spine/DateRange.h"
+#include "spine/RegistryStore.h"
+
+#include <QStandardPaths>
+
+namespace tsr::spine {
+
+using core::Value;
+using core::VbDate;
+
+namespace {
+
+// The names RegValCreate passes as the class of the Settings key, one call each.
+const QStringList CreateOrder = {QStringLiteral("ReadOnStart"),
+                                 QStringLiteral("ReadOnStartvCard"),
+                                 QStringLiteral("Autodel"),
+                                 QStringLiteral("Sync"),
+                                 QStringLiteral("Sprache"),
+                                 QStringLiteral("DelDate"),
+                                 QStringLiteral("DelOption"),
+                                 QStringLiteral("DelTermine"),
+                                 QStringLiteral("DelAnzahl"),
+                                 QStringLiteral("DelSerie"),
+                                 QStringLiteral("SyncTyp"),
+                                 QStringLiteral("SyncTermine"),
+                                 QStringLiteral("SyncZeitraum"),
+                                 QStringLiteral("SyncAlarmAnzahl"),
+                                 QStringLiteral("SyncnaechstenAnzahl"),
+                                 QStringLiteral("SyncEintraegeab"),
+                                 QStringLiteral("SyncTageWochenMonate"),
+                                 QStringLiteral("SyncEintraegevonbis"),
+                                 QStringLiteral("SaveTyp"),
+                                 QStringLiteral("FormFont"),
+                                 QStringLiteral("FormFontSize"),
+                                 QStringLiteral("FormFontIndex"),
+                                 QStringLiteral("FormFontSizeIndex"),
+                                 QStringLiteral("FolderParent"),
+                                 QStringLiteral("FolderName"),
+                                 QStringLiteral("FolderEntryID"),
+                                 QStringLiteral("FolderStoreID"),
+                                 QStringLiteral("freeMobileEntries"),
+                                 QStringLiteral("DateRange"),
+                                 QStringLiteral("ActiveAPP"),
+                                 QStringLiteral("WindowState"),
+                                 QStringLiteral("Width"),
+                                 QStringLiteral("Top"),
+                                 QStringLiteral("Left")};
+
+// Reads one value of the Settings key; nothing when it is absent.
+std::optional<Value> setting(const core::Context& ctx, const QString& name) {
+    Value v;
+    if (RegValueGet(ctx, HKEY_LOCAL_MACHINE, KeySettings, name, v))
+        return v;
+    return std::nullopt;
+}
+
+int16_t readInt16(const core::Context& ctx, const QString& name, int16_t missing) {
+    const auto v = setting(ctx, name);
+    return v ? core::CInt(core::Val(v->toText())) : missing;
+}
+
+QString readText(const core::Context& ctx, int32_t root, const QString& key, const QString& name,
+                 const QString& missing) {
+    Value v;
+    return RegValueGet(ctx, root, key, name, v) ? v.toText() : missing;
+}
+
+// A date setting: a number is a day number; other text is read as a date; a zero
+// date, or none, is today.
+VbDate readDate(const core::Context& ctx, const QString& name) {
+    const VbDate today = ctx.clock.Date();
+    const auto v = setting(ctx, name);
+    if (!v)
+        return today;
+    VbDate d;
+    const QString text = v->toText().trimmed();
+    if (core::IsNumeric(text))
+        d = VbDate(core::Val(text));
+    else if (auto parsed = core::parseDate(text, ctx.formats.DateFormat, ctx.formats.TimeFormat))
+        d = *parsed;
+    return d.value == 0 ? today : d;
+}
+
+QString rangeDefault(const core::Context& ctx) {
+    const VbDate today = ctx.clock.Date();
+    return core::Format(today, ctx.formats.DateFormat) + u'\t' +
+           core::Format(VbDate(today.value + 7), ctx.formats.DateFormat) + QStringLiteral(" 23:59:59");
+}
+
+} // namespace
+
+QString defaultHomeDir() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Tessarine");
+}
+
+void showSettingsError(core::Context& ctx, const core::TsrError& error, const QString& proc, const QString& name) {
+    const core::ResStrings& s = ctx.strings;
+    QString text = s.text(482) + QString::number(error.number()) + QStringLiteral("\r\n") + s.text(480) +
+                   error.description() + QStringLiteral("\r\n") + s.text(483) + error.source() + u':' + proc;
+    if (!name.isEmpty())
+        text += QStringLiteral("\r\n") + name;
+    ctx.ui->msgBox(text, core::MsgButtons::OK, core::MsgIcon::Exclamation, s.text(481) + ctx.title() + u':' + proc);
+}
+
+bool RegValCreate(core::Context& ctx) {
+    QString current = KeySuite;
+    try {
+        if (!RegKeyEnsure(ctx, HKEY_LOCAL_MACHINE, KeySuite, QString()))
+            return false;
+        current = KeyTSR;
+        for (int i = 0; i < 2; ++i)
+            if (!RegKeyEnsure(ctx, HKEY_LOCAL_MACHINE, KeyTSR, QString()))
+                return false;
+        current = QStringLiteral("TSR");
+        RegValuePut(ctx, HKEY_LOCAL_MACHINE, KeyTSR, current, Value(MakerText));
+        for (const QString& name : CreateOrder) {
+            current = name;
+            if (!RegKeyEnsure(ctx, HKEY_LOCAL_MACHINE, KeySettings, name))
+                return false;
+        }
+        current = QStringLiteral("HomeDir");
+        Value home;
+        if (!RegValueGet(ctx, HKEY_LOCAL_MACHINE, KeySettings, current, home)) {
+            RegFailure failure;
+            RegValuePut(ctx, HKEY_LOCAL_MACHINE, KeySettings, current, Value(defaultHomeDir()), &failure);
+            if (failure.number != 0)
+                core::raise(failure.number, QStringLiteral("RegValuePut"), failure.description);
+        }
+        // The suite's own key under the user's root, where PORT is looked for first.
+        current = KeySuite;
+        return RegKeyEnsure(ctx, HKEY_CURRENT_USER, KeySuite, QString());
+    } catch (const core::TsrError& e) {
+        showSettingsError(ctx, e, QStringLiteral("RegValCreate"), current);
+    }
+    return false;
+}
+
+void RegValGet(core::Context& ctx) {
+    core::Settings& s = ctx.settings;
+    const QSize screen = ctx.ui->screenTwips();
+
+    readInt16(ctx, QStringLiteral("ActiveAPP"), 0);
+    // The program always opens on the calendar, whatever was saved.
+    s.ActiveAPP = 0;
+    s.WindowState = readInt16(ctx, QStringLiteral("WindowState"), 0);
+    s.Width = readInt16(ctx, QStringLiteral("Width"), core::CInt(screen.width() * 0.6));
+    s.Height = readInt16(ctx, QStringLiteral("Height"), core::CInt(screen.height() * 0.5));
+    s.Top = readInt16(ctx, QStringLiteral("Top"), core::CInt(screen.height() / 4.0));
+    s.Left = readInt16(ctx, QStringLiteral("Left"), core::CInt(screen.width() / 4.0));
+    s.Button_Width = readInt16(ctx, QStringLiteral("Button_Width"), core::CInt(s.Width * 0.15));
+    s.Autodel = readInt16(ctx, QStringLiteral("Autodel"), 0);
+    s.Sync = readInt16(ctx, QStringLiteral("Sync"), 0);
+    s.Sprache = readText(ctx, HKEY_LOCAL_MACHINE, KeySettings, QStringLiteral("Sprache"), QString()).left(4);
+    s.DelDate = readDate(ctx, QStringLiteral("DelDate"));
+    s.ReadOnStart = readInt16(ctx, QStringLiteral("ReadOnStart"), 0);
+    s.ReadOnStartvCard = readInt16(ctx, QStringLiteral("ReadOnStartvCard"), 0);
+    s.DelOption = readInt16(ctx, QStringLiteral("DelOption"), 0);
+    s.DelTermine = readInt16(ctx, QStringLiteral("DelTermine"), 0);
+    s.DelAnzahl = readInt16(ctx, QStringLiteral("DelAnzahl"), 0);
+    s.DelSerie = readInt16(ctx, QStringLiteral("DelSerie"), 0);
+    s.SyncTyp = readInt16(ctx, QStringLiteral("SyncTyp"), 2);
+    if (s.SyncTyp == 0)
+        s.SyncTyp = 2;
+    s.SyncTermine = readInt16(ctx, QStringLiteral("SyncTermine"), 32);
+    if (s.SyncTermine == 0)
+        s.SyncTermine = 32;
+    s.SyncZeitraum = readInt16(ctx, QStringLiteral("SyncZeitraum"), 3);
+    if (s.SyncZeitraum == 0)
+        s.SyncZeitraum = 3;
+    s.SyncAlarmAnzahl = readInt16(ctx, QStringLiteral("SyncAlarmAnzahl"), 0);
+    s.SyncEintraegeab = readDate(ctx, QStringLiteral("SyncEintraegeab"));
+    s.SyncTageWochenMonate = readInt16(ctx, QStringLiteral("SyncTageWochenMonate"), 1);
+    // An absent range stays empty: its default text is computed but lands nowhere,
+    // and the unit keeps what it has. Only a present, too short range is replaced.
+    if (const auto range = setting(ctx, QStringLiteral("SyncEintraegevonbis"))) {
+        s.SyncEintraegevonbis = range->toText();
+        if (s.SyncEintraegevonbis.size() < 3)
+            s.SyncEintraegevonbis = rangeDefault(ctx);
+    } else {
+        s.SyncEintraegevonbis.clear();
+    }
+    if (const auto next = setting(ctx, QStringLiteral("SyncnaechstenAnzahl"))) {
+        s.SyncnaechstenAnzahl = core::CInt(core::Val(next->toText()));
+        if (s.SyncnaechstenAnzahl == 0)
+            s.SyncnaechstenAnzahl = 7;
+    } else {
+        s.SyncnaechstenAnzahl = 1;
+    }
+    s.SaveTyp = readInt16(ctx, QStringLiteral("SaveTyp"), 1);
+    s.FormFont = readText(ctx, HKEY_LOCAL_MACHINE, KeySettings, QStringLiteral("FormFont"), QString());
+    if (const auto size = setting(ctx, QStringLiteral("FormFontSize")))
+        s.FormFontSize = core::Val(size->toText());
+    else
+        s.FormFontSize = 8.0;
+    s.FormFontIndex = readInt16(ctx, QStringLiteral("FormFontIndex"), -1);
+    s.FormFontSizeIndex = readInt16(ctx, QStringLiteral("FormFontSizeIndex"), 0);
+    s.FolderParent = readText(ctx, HKEY_LOCAL_MACHINE, KeySettings, QStringLiteral("FolderParent"), QString());
+    s.FolderName = readText(ctx, HKEY_LOCAL_MACHINE, KeySettings, QStringLiteral("FolderName"), QString());
+    s.FolderEntryID = readText(ctx, HKEY_LOCAL_MACHINE, KeySettings, QStringLiteral("FolderEntryID"), QString());
+    s.FolderStoreID = readText(ctx, HKEY_LOCAL_MACHINE, KeySettings, QStringLiteral("FolderStoreID"), QString());
+    if (s.FolderStoreID.size() < 100)
+        s.FolderStoreID.clear();
+    s.freeMobileEntries = readInt16(ctx, QStringLiteral("freeMobileEntries"), 0);
+    s.DateRange = readInt16(ctx, QStringLiteral("DateRange"), 6);
+    if (s.DateRange < 1)
+        s.DateRange = 6;
+    ctx.flags.GlobalEndDate = settingEndDate(ctx);
+    s.HomeDir = ctx.options.home.isEmpty()
+                    ? readText(ctx, HKEY_LOCAL_MACHINE, KeySettings, QStringLiteral("HomeDir"), QStringLiteral("c:"))
+                    : ctx.options.home;
+    Value port;
+    if (RegValueGet(ctx, HKEY_CURRENT_USER, KeySuite, QStringLiteral("PORT"), port) ||
+        RegValueGet(ctx, HKEY_LOCAL_MACHINE, KeySuite, QStringLiteral("PORT"), port))
+        s.PORT = port.toText();
+    else
+        s.PORT = QStringLiteral("COM1");
+    s.Port = ctx.options.port.isEmpty()
+                 ? readText(ctx, HKEY_LOCAL_MACHINE, KeyTSR, QStringLiteral("Port"), QStringLiteral("COM1"))
+                 : ctx.options.port;
+}
+
+bool RegValSet(core::Context& ctx, bool skipPort) {
+    core::Settings& s = ctx.settings;
+    QString current;
+    auto put = [&](int32_t root, const QString& key, const QString& name, const Value& value) {
+        current = name;
+        RegFailure failure;
+        if (!RegValuePut(ctx, root, key, name, value, &failure) || failure.number != 0)
+            core::raise(failure.number, QStringLiteral("RegValuePut"), failure.description);
+    };
+    auto num = [](int16_t v) { return Value(static_cast<int32_t>(v)); };
+    try {
+        const auto settingsPut = [&](const QString& name, const Value& value) {
+            put(HKEY_LOCAL_MACHINE, KeySettings, name, value);
+        };
+        settingsPut(QStringLiteral("ReadOnStart"), num(s.ReadOnStart));
+        settingsPut(QStringLiteral("ReadOnStartvCard"), num(s.ReadOnStartvCard));
+        settingsPut(QStringLiteral("Autodel"), num(s.Autodel));
+        settingsPut(QStringLiteral("Sync"), num(s.Sync));
+        settingsPut(QStringLiteral("Sprache"), Value(s.Sprache));
+        settingsPut(QStringLiteral("DelDate"), Value(s.DelDate));
+        settingsPut(QStringLiteral("DelOption"), num(s.DelOption));
+        settingsPut(QStringLiteral("DelTermine"), num(s.DelTermine));
+        settingsPut(QStringLiteral("DelAnzahl"), num(s.DelAnzahl));
+        settingsPut(QStringLiteral("DelSerie"), num(s.DelSerie));
+        settingsPut(QStringLiteral("SyncTyp"), num(s.SyncTyp));
+        settingsPut(QStringLiteral("SyncTermine"), num(s.SyncTermine));
+        settingsPut(QStringLiteral("SyncZeitraum"), num(s.SyncZeitraum));
+        settingsPut(QStringLiteral("SyncAlarmAnzahl"), num(s.SyncAlarmAnzahl));
+        settingsPut(QStringLiteral("SaveTyp"), num(s.SaveTyp));
+        settingsPut(QStringLiteral("SyncEintraegeab"), Value(s.SyncEintraegeab));
+        settingsPut(QStringLiteral("SyncTageWochenMonate"), num(s.SyncTageWochenMonate));
+        settingsPut(QStringLiteral("SyncEintraegevonbis"), Value(s.SyncEintraegevonbis));
+        settingsPut(QStringLiteral("SyncnaechstenAnzahl"), num(s.SyncnaechstenAnzahl));
+        settingsPut(QStringLiteral("FormFont"), Value(s.FormFont));
+        settingsPut(QStringLiteral("FormFontSize"), Value(s.FormFontSize));
+        settingsPut(QStringLiteral("FormFontIndex"), num(s.FormFontIndex));
+        settingsPut(QStringLiteral("FormFontSizeIndex"), num(s.FormFontSizeIndex));
+        settingsPut(QStringLiteral("FolderParent"), Value(s.FolderParent));
+        settingsPut(QStringLiteral("FolderName"), Value(s.FolderName));
+        settingsPut(QStringLiteral("FolderEntryID"), Value(s.FolderEntryID));
+        settingsPut(QStringLiteral("FolderStoreID"), Value(s.FolderStoreID));
+        settingsPut(QStringLiteral("freeMobileEntries"), num(s.freeMobileEntries));
+        settingsPut(QStringLiteral("DateRange"), num(s.DateRange));
+        settingsPut(QStringLiteral("ActiveAPP"), num(s.ActiveAPP));
+        // The size is taken from the window only in its normal state, so a maximised
+        // or minimised window leaves the last normal size to be saved.
+        if (const auto window = ctx.ui->mainWindowGeometry()) {
+            if (window->state == 0) {
+                s.Width = core::CInt(window->width);
+                s.Height = core::CInt(window->height);
+                s.Top = core::CInt(window->top);
+                s.Left = core::CInt(window->left);
+            }
+            s.WindowState = window->state;
+        }
+        settingsPut(QStringLiteral("WindowState"), num(s.WindowState));
+        settingsPut(QStringLiteral("Width"), num(s.Width));
+        settingsPut(QStringLiteral("Height"), num(s.Height));
+        settingsPut(QStringLiteral("Top"), num(s.Top));
+        settingsPut(QStringLiteral("Left"), num(s.Left));
+        settingsPut(QStringLiteral("Button_Width"), num(s.Button_Width));
+        if (skipPort)
+            return true;
+        put(HKEY_CURRENT_USER, KeySuite, QStringLiteral("PORT"), Value(s.PORT));
+        put(HKEY_LOCAL_MACHINE, KeySuite, QStringLiteral("PORT"), Value(s.PORT));
+        return true;
+    } catch (const core::TsrError& e) {
+        showSettingsError(ctx, e, QStringLiteral("RegValSet"), current);
+    }
+    return false;
+}
+
+bool saveSettingsOnUnload(core::Context& ctx) {
+    if (ctx.flags.SecondInstance || ctx.flags.GlobalSilent)
+        return false;
+    return RegValSet(ctx, false);
+}
+
+} // namespace tsr::spine

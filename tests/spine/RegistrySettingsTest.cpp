@@ -1,0 +1,324 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "spine/RegistrySettings.h"
+#include "SpineFixture.h"
+#include "core/Numbers.h"
+#include "spine/RegistryStore.h"
+
+#include <QDir>
+#include <QFile>
+
+using namespace tsr;
+using spine::HKEY_CURRENT_USER;
+using spine::HKEY_LOCAL_MACHINE;
+using tsr::test::SpineFixture;
+
+namespace {
+
+class RegistrySettingsTest : public SpineFixture {
+protected:
+    void put(const QString& name, const core::Value& value, const QString& key = spine::KeySettings,
+             int32_t root = HKEY_LOCAL_MACHINE) {
+        spine::RegKeyCreate(ctx, root, key, QString());
+        ASSERT_TRUE(spine::RegValWrite(ctx, root, key, name, value));
+    }
+    core::Value get(const QString& name, const QString& key = spine::KeySettings) {
+        core::Value v;
+        EXPECT_TRUE(spine::RegValueGet(ctx, HKEY_LOCAL_MACHINE, key, name, v)) << name.toStdString();
+        return v;
+    }
+    core::VbDate endOfDay(int days) const {
+        return core::VbDate(today().value + days + core::TimeSerial(23, 59, 59).value);
+    }
+};
+
+// A first run creates the keys but no setting, so every setting takes its missing value.
+TEST_F(RegistrySettingsTest, FirstRunGivesEveryDefault) {
+    ui.screen = QSize(1920 * 15, 1080 * 15);
+    ctx.settings = {};
+    ctx.settings.SyncTageWochenMonate = 1;
+    ASSERT_TRUE(spine::RegValCreate(ctx));
+    EXPECT_TRUE(spine::RegKeyExists(ctx, HKEY_LOCAL_MACHINE, spine::KeySettings));
+    EXPECT_TRUE(spine::RegKeyExists(ctx, HKEY_CURRENT_USER, spine::KeySuite));
+    EXPECT_EQ(get(QStringLiteral("TSR"), spine::KeyTSR).toText(), spine::MakerText);
+    // HomeDir is the one value a first run writes.
+    EXPECT_EQ(get(QStringLiteral("HomeDir")).toText(), spine::defaultHomeDir());
+    spine::RegValGet(ctx);
+    const core::Settings& s = ctx.settings;
+    EXPECT_EQ(s.HomeDir, spine::defaultHomeDir());
+    EXPECT_EQ(s.ActiveAPP, 0);
+    EXPECT_EQ(s.WindowState, 0);
+    EXPECT_EQ(s.Width, 17280);       // 0.6 of 28800
+    EXPECT_EQ(s.Height, 8100);       // 0.5 of 16200
+    EXPECT_EQ(s.Top, 4050);          // a quarter of the height
+    EXPECT_EQ(s.Left, 7200);         // a quarter of the width
+    EXPECT_EQ(s.Button_Width, 2592); // 0.15 of the window width
+    EXPECT_EQ(s.Autodel, 0);
+    EXPECT_EQ(s.Sync, 0);
+    EXPECT_EQ(s.Sprache, QString());
+    EXPECT_EQ(s.DelDate, today());
+    EXPECT_EQ(s.ReadOnStart, 0);
+    EXPECT_EQ(s.ReadOnStartvCard, 0);
+    EXPECT_EQ(s.DelOption, 0);
+    EXPECT_EQ(s.DelTermine, 0);
+    EXPECT_EQ(s.DelAnzahl, 0);
+    EXPECT_EQ(s.DelSerie, 0);
+    EXPECT_EQ(s.SyncTyp, 2);
+    EXPECT_EQ(s.SyncTermine, 32);
+    EXPECT_EQ(s.SyncZeitraum, 3);
+    EXPECT_EQ(s.SyncAlarmAnzahl, 0);
+    EXPECT_EQ(s.SyncEintraegeab, today());
+    EXPECT_EQ(s.SyncTageWochenMonate, 1);
+    EXPECT_EQ(s.SyncEintraegevonbis, QString()); // the kept defect: the default lands nowhere
+    EXPECT_EQ(s.SyncnaechstenAnzahl, 1);
+    EXPECT_EQ(s.SaveTyp, 1);
+    EXPECT_EQ(s.FormFont, QString());
+    EXPECT_EQ(s.FormFontSize, 8.0);
+    EXPECT_EQ(s.FormFontIndex, -1);
+    EXPECT_EQ(s.FormFontSizeIndex, 0);
+    EXPECT_TRUE(s.FolderParent.isEmpty() && s.FolderName.isEmpty() && s.FolderEntryID.isEmpty() &&
+                s.FolderStoreID.isEmpty());
+    EXPECT_EQ(s.freeMobileEntries, 0);
+    EXPECT_EQ(s.DateRange, 6);
+    EXPECT_EQ(ctx.flags.GlobalEndDate, endOfDay(6));
+    EXPECT_EQ(s.PORT, QStringLiteral("COM1"));
+    EXPECT_EQ(s.Port, QStringLiteral("COM1"));
+    EXPECT_TRUE(ui.boxes.isEmpty());
+}
+
+// Without a HomeDir value the data folder reads "c:"; --home and --port stand in for this run.
+TEST_F(RegistrySettingsTest, HomeAndPortMissingAndOverridden) {
+    spine::RegValGet(ctx);
+    EXPECT_EQ(ctx.settings.HomeDir, QStringLiteral("c:"));
+    ctx.options.home = QStringLiteral("/srv/tsr");
+    ctx.options.port = QStringLiteral("/dev/pts/7");
+    put(QStringLiteral("Port"), core::Value(QStringLiteral("COM4")), spine::KeyTSR);
+    spine::RegValGet(ctx);
+    EXPECT_EQ(ctx.settings.HomeDir, QStringLiteral("/srv/tsr"));
+    EXPECT_EQ(ctx.settings.Port, QStringLiteral("/dev/pts/7"));
+}
+
+// Every setting written is read back as it was, dates as whole days and the font size rounded.
+TEST_F(RegistrySettingsTest, WriteReadRoundTrip) {
+    ASSERT_TRUE(spine::RegValCreate(ctx));
+    core::Settings& s = ctx.settings;
+    s.ReadOnStart = 1;
+    s.ReadOnStartvCard = 1;
+    s.Autodel = 1;
+    s.Sync = 1;
+    s.Sprache = QStringLiteral("0407");
+    s.DelDate = core::VbDate(core::DateSerial(2026, 3, 4).value + 0.75);
+    s.DelOption = 2;
+    s.DelTermine = 6;
+    s.DelAnzahl = 12;
+    s.DelSerie = 1;
+    s.SyncTyp = 4;
+    s.SyncTermine = 9;
+    s.SyncZeitraum = 4;
+    s.SyncAlarmAnzahl = 25;
+    s.SaveTyp = 2;
+    s.SyncEintraegeab = core::DateSerial(2027, 1, 2);
+    s.SyncTageWochenMonate = 3;
+    s.SyncEintraegevonbis = QStringLiteral("01.12.26\t24.12.26 23:59:59");
+    s.SyncnaechstenAnzahl = 5;
+    s.FormFont = QStringLiteral("DejaVu Sans");
+    s.FormFontSize = 8.25;
+    s.FormFontIndex = 3;
+    s.FormFontSizeIndex = 2;
+    s.FolderParent = QStringLiteral("Personal");
+    s.FolderName = QStringLiteral("Kontakte");
+    s.FolderEntryID = QStringLiteral("entry-123");
+    s.FolderStoreID = QString(120, u'S');
+    s.freeMobileEntries = 4;
+    s.DateRange = 30;
+    s.ActiveAPP = 1;
+    s.WindowState = 0;
+    s.Width = 9000;
+    s.Height = 7000;
+    s.Top = 300;
+    s.Left = 400;
+    s.Button_Width = 1200;
+    s.PORT = QStringLiteral("/dev/ttyACM0");
+    const core::Settings written = s;
+    ASSERT_TRUE(spine::RegValSet(ctx, false));
+
+    ctx.settings = {};
+    spine::RegValGet(ctx);
+    const core::Settings& r = ctx.settings;
+    EXPECT_EQ(r.ReadOnStart, 1);
+    EXPECT_EQ(r.ReadOnStartvCard, 1);
+    EXPECT_EQ(r.Autodel, 1);
+    EXPECT_EQ(r.Sync, 1);
+    EXPECT_EQ(r.Sprache, written.Sprache);
+    EXPECT_EQ(r.DelDate, core::DateSerial(2026, 3, 5)); // 0.75 of a day rounds up to the next day number
+    EXPECT_EQ(r.DelOption, 2);
+    EXPECT_EQ(r.DelTermine, 6);
+    EXPECT_EQ(r.DelAnzahl, 12);
+    EXPECT_EQ(r.DelSerie, 1);
+    EXPECT_EQ(r.SyncTyp, 4);
+    EXPECT_EQ(r.SyncTermine, 9);
+    EXPECT_EQ(r.SyncZeitraum, 4);
+    EXPECT_EQ(r.SyncAlarmAnzahl, 25);
+    EXPECT_EQ(r.SaveTyp, 2);
+    EXPECT_EQ(r.SyncEintraegeab, written.SyncEintraegeab);
+    EXPECT_EQ(r.SyncTageWochenMonate, 3);
+    EXPECT_EQ(r.SyncEintraegevonbis, written.SyncEintraegevonbis);
+    EXPECT_EQ(r.SyncnaechstenAnzahl, 5);
+    EXPECT_EQ(r.FormFont, written.FormFont);
+    EXPECT_EQ(r.FormFontSize, 8.0);
+    EXPECT_EQ(r.FormFontIndex, 3);
+    EXPECT_EQ(r.FormFontSizeIndex, 2);
+    EXPECT_EQ(r.FolderParent, written.FolderParent);
+    EXPECT_EQ(r.FolderName, written.FolderName);
+    EXPECT_EQ(r.FolderEntryID, written.FolderEntryID);
+    EXPECT_EQ(r.FolderStoreID, written.FolderStoreID);
+    EXPECT_EQ(r.freeMobileEntries, 4);
+    EXPECT_EQ(r.DateRange, 30);
+    EXPECT_EQ(ctx.flags.GlobalEndDate, endOfDay(30));
+    EXPECT_EQ(r.ActiveAPP, 0); // saved as 1, and still the program opens on the calendar
+    EXPECT_EQ(get(QStringLiteral("ActiveAPP")).toInt32(), 1);
+    EXPECT_EQ(r.Width, 9000);
+    EXPECT_EQ(r.Height, 7000);
+    EXPECT_EQ(r.Top, 300);
+    EXPECT_EQ(r.Left, 400);
+    EXPECT_EQ(r.Button_Width, 1200);
+    EXPECT_EQ(r.PORT, written.PORT);
+    // Numbers are DWORDs, texts stay texts; HomeDir and Port are never written.
+    EXPECT_EQ(get(QStringLiteral("DelAnzahl")).type(), core::FieldType::Int32);
+    EXPECT_EQ(get(QStringLiteral("FormFontSize")).type(), core::FieldType::Int32);
+    EXPECT_EQ(get(QStringLiteral("Sprache")).type(), core::FieldType::Text);
+    core::Value port;
+    EXPECT_FALSE(spine::RegValueGet(ctx, HKEY_LOCAL_MACHINE, spine::KeyTSR, QStringLiteral("Port"), port));
+    EXPECT_EQ(get(QStringLiteral("HomeDir")).toText(), spine::defaultHomeDir());
+}
+
+// Negative 16-bit numbers survive the DWORD, and empty text comes back as one blank.
+TEST_F(RegistrySettingsTest, DwordSignAndEmptyText) {
+    put(QStringLiteral("FormFontIndex"), core::Value(int32_t(-1)));
+    put(QStringLiteral("FormFont"), core::Value(QString()));
+    put(QStringLiteral("Odd"), core::Value(QStringLiteral("dword:00000005")));
+    EXPECT_EQ(get(QStringLiteral("FormFontIndex")).toInt32(), -1);
+    EXPECT_EQ(get(QStringLiteral("FormFont")).toText(), QStringLiteral(" "));
+    EXPECT_EQ(get(QStringLiteral("Odd")).toText(), QStringLiteral("dword:00000005"));
+    spine::RegValGet(ctx);
+    EXPECT_EQ(ctx.settings.FormFontIndex, -1);
+    EXPECT_EQ(ctx.settings.FormFont, QStringLiteral(" "));
+}
+
+// The read rules of present values.
+TEST_F(RegistrySettingsTest, ReadRules) {
+    put(QStringLiteral("SyncnaechstenAnzahl"), core::Value(int32_t(0)));
+    put(QStringLiteral("DateRange"), core::Value(int32_t(-3)));
+    put(QStringLiteral("FolderStoreID"), core::Value(QString(99, u'x')));
+    put(QStringLiteral("Sprache"), core::Value(QStringLiteral("0407XYZ")));
+    put(QStringLiteral("DelDate"), core::Value(int32_t(0)));
+    put(QStringLiteral("SyncEintraegeab"), core::Value(QStringLiteral("24.12.26")));
+    put(QStringLiteral("SyncTyp"), core::Value(int32_t(0)));
+    put(QStringLiteral("SyncTermine"), core::Value(QStringLiteral("0")));
+    put(QStringLiteral("SyncZeitraum"), core::Value(QStringLiteral("x7")));
+    put(QStringLiteral("DelAnzahl"), core::Value(QStringLiteral("12abc")));
+    put(QStringLiteral("SyncEintraegevonbis"), core::Value(QStringLiteral("ab")));
+    put(QStringLiteral("SyncTageWochenMonate"), core::Value(int32_t(2)));
+    spine::RegValGet(ctx);
+    const core::Settings& s = ctx.settings;
+    EXPECT_EQ(s.SyncnaechstenAnzahl, 7);
+    EXPECT_EQ(s.DateRange, 6);
+    EXPECT_EQ(ctx.flags.GlobalEndDate, endOfDay(6));
+    EXPECT_TRUE(s.FolderStoreID.isEmpty());
+    EXPECT_EQ(s.Sprache, QStringLiteral("0407"));
+    EXPECT_EQ(s.DelDate, today());
+    EXPECT_EQ(s.SyncEintraegeab, core::DateSerial(2026, 12, 24));
+    EXPECT_EQ(s.SyncTyp, 2);
+    EXPECT_EQ(s.SyncTermine, 32);
+    EXPECT_EQ(s.SyncZeitraum, 3); // no leading number reads 0, and 0 becomes 3
+    EXPECT_EQ(s.DelAnzahl, 12);
+    EXPECT_EQ(s.SyncEintraegevonbis, QStringLiteral("22.11.26\t29.11.26 23:59:59"));
+    EXPECT_EQ(s.SyncTageWochenMonate, 2);
+}
+
+// A number beyond 16 bits in the store is an overflow that travels to the caller.
+TEST_F(RegistrySettingsTest, OversizedNumberRaises) {
+    put(QStringLiteral("DelAnzahl"), core::Value(int32_t(70000)));
+    EXPECT_THROW(spine::RegValGet(ctx), core::TsrError);
+}
+
+// PORT is looked for in the user's file first and then in the machine's, and written to both.
+TEST_F(RegistrySettingsTest, PortHasTwoTiers) {
+    put(QStringLiteral("PORT"), core::Value(QStringLiteral("/dev/ttyS1")), spine::KeySuite, HKEY_LOCAL_MACHINE);
+    spine::RegValGet(ctx);
+    EXPECT_EQ(ctx.settings.PORT, QStringLiteral("/dev/ttyS1"));
+
+    put(QStringLiteral("PORT"), core::Value(QStringLiteral("/dev/ttyUSB2")), spine::KeySuite, HKEY_CURRENT_USER);
+    spine::RegValGet(ctx);
+    EXPECT_EQ(ctx.settings.PORT, QStringLiteral("/dev/ttyUSB2"));
+
+    ASSERT_TRUE(spine::RegValCreate(ctx));
+    ctx.settings.PORT = QStringLiteral("/dev/rfcomm0");
+    ASSERT_TRUE(spine::RegValSet(ctx, false));
+    core::Value user, machine;
+    ASSERT_TRUE(spine::RegValueGet(ctx, HKEY_CURRENT_USER, spine::KeySuite, QStringLiteral("PORT"), user));
+    ASSERT_TRUE(spine::RegValueGet(ctx, HKEY_LOCAL_MACHINE, spine::KeySuite, QStringLiteral("PORT"), machine));
+    EXPECT_EQ(user.toText(), QStringLiteral("/dev/rfcomm0"));
+    EXPECT_EQ(machine.toText(), QStringLiteral("/dev/rfcomm0"));
+
+    // With SkipPort the run ends before PORT.
+    ctx.settings.PORT = QStringLiteral("/dev/ttyS9");
+    ASSERT_TRUE(spine::RegValSet(ctx, true));
+    ASSERT_TRUE(spine::RegValueGet(ctx, HKEY_CURRENT_USER, spine::KeySuite, QStringLiteral("PORT"), user));
+    EXPECT_EQ(user.toText(), QStringLiteral("/dev/rfcomm0"));
+}
+
+// A maximised window keeps the last normal size and saves its state as 2; a normal one saves its frame.
+TEST_F(RegistrySettingsTest, WindowSizeOnlyFromNormalState) {
+    ASSERT_TRUE(spine::RegValCreate(ctx));
+    ctx.settings.Width = 9000;
+    ctx.settings.Height = 6000;
+    ui.mainGeometry = core::WindowGeometry{2, 28800, 16000, 0, 0};
+    ASSERT_TRUE(spine::RegValSet(ctx, true));
+    EXPECT_EQ(get(QStringLiteral("WindowState")).toInt32(), 2);
+    EXPECT_EQ(get(QStringLiteral("Width")).toInt32(), 9000);
+    EXPECT_EQ(get(QStringLiteral("Height")).toInt32(), 6000);
+
+    ui.mainGeometry = core::WindowGeometry{0, 10000, 8000, 150, 250};
+    ASSERT_TRUE(spine::RegValSet(ctx, true));
+    EXPECT_EQ(get(QStringLiteral("WindowState")).toInt32(), 0);
+    EXPECT_EQ(get(QStringLiteral("Width")).toInt32(), 10000);
+    EXPECT_EQ(get(QStringLiteral("Top")).toInt32(), 150);
+    EXPECT_EQ(get(QStringLiteral("Left")).toInt32(), 250);
+}
+
+// A second instance and a silent run save nothing on unloading.
+TEST_F(RegistrySettingsTest, SecondInstanceAndSilentSaveNothing) {
+    ASSERT_TRUE(spine::RegValCreate(ctx));
+    ctx.settings.DelAnzahl = 17;
+    ctx.flags.SecondInstance = true;
+    EXPECT_FALSE(spine::saveSettingsOnUnload(ctx));
+    ctx.flags.SecondInstance = false;
+    ctx.flags.GlobalSilent = true;
+    EXPECT_FALSE(spine::saveSettingsOnUnload(ctx));
+    core::Value v;
+    EXPECT_FALSE(spine::RegValueGet(ctx, HKEY_LOCAL_MACHINE, spine::KeySettings, QStringLiteral("DelAnzahl"), v));
+    ctx.flags.GlobalSilent = false;
+    EXPECT_TRUE(spine::saveSettingsOnUnload(ctx));
+    EXPECT_EQ(get(QStringLiteral("DelAnzahl")).toInt32(), 17);
+}
+
+// Writing into a missing key stops RegValSet at its first value with the error box.
+TEST_F(RegistrySettingsTest, SetWithoutKeysShowsTheBox) {
+    EXPECT_FALSE(spine::RegValSet(ctx, false));
+    ASSERT_EQ(ui.boxes.size(), 1);
+    EXPECT_EQ(ui.boxes[0].title, QStringLiteral("An error in:Tessarine:RegValSet"));
+    EXPECT_EQ(ui.boxes[0].icon, core::MsgIcon::Exclamation);
+    EXPECT_EQ(ui.boxes[0].text, QStringLiteral("Number:2\r\nDescription:The system cannot find the file specified."
+                                               "\r\nLocation:RegValuePut:RegValSet\r\nReadOnStart"));
+}
+
+// A store that cannot be written: RegKeyEnsure shows "Registry Error" and RegValCreate stops.
+TEST_F(RegistrySettingsTest, UnwritableStoreShowsRegistryError) {
+    ASSERT_TRUE(QDir(config.path()).mkdir(QStringLiteral("machine.ini")));
+    EXPECT_FALSE(spine::RegValCreate(ctx));
+    ASSERT_EQ(ui.boxes.size(), 1);
+    EXPECT_EQ(ui.boxes[0].text, QStringLiteral("Registry Error 5:   Access is denied."));
+    EXPECT_EQ(ui.boxes[0].icon, core::MsgIcon::None);
+}
+
+} // namespace
