@@ -114,20 +114,33 @@ void QtUserInterface::focusMainForm() {
 }
 
 bool QtUserInterface::printText(const core::RichText& text, const QString& fontName, int pointSize) {
-    QPrinter printer;
-    QPrintDialog dialog(&printer, m_main);
-    if (dialog.exec() != QDialog::Accepted)
-        return false;
+    QPrinter printer(QPrinter::HighResolution);
+    QString pdfPath = m_printToFile;
+    if (pdfPath.isEmpty())
+        pdfPath = qEnvironmentVariable("TESSARINE_PRINT_TO_PDF");
+    if (!pdfPath.isEmpty()) {
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(pdfPath);
+    } else {
+        QPrintDialog dialog(&printer, m_main);
+        if (dialog.exec() != QDialog::Accepted)
+            return false;
+    }
     QTextDocument doc;
-    doc.setDefaultFont(QFont(fontName, pointSize));
+    const QFont font(fontName, pointSize);
+    doc.setDefaultFont(font);
     QTextCursor cursor(&doc);
     for (const auto& run : text) {
         QTextCharFormat f;
+        f.setFont(font);
         f.setFontWeight(run.bold ? QFont::Bold : QFont::Normal);
-        cursor.insertText(run.text, f);
+        // The log breaks its lines with CR LF; the document knows only paragraphs.
+        QString plain = run.text;
+        plain.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n');
+        cursor.insertText(plain, f);
     }
     doc.print(&printer);
-    return true;
+    return printer.printerState() != QPrinter::Error;
 }
 
 } // namespace tsr::ui
