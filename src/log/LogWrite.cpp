@@ -42,19 +42,23 @@ QString text(const tables::Recordset& rs, const QString& field) {
     return rs.hasField(field) ? rs.value(field).toText() : QString();
 }
 
-void fillCalendarRow(const core::Context& ctx, tables::Recordset& log, const tables::Recordset& entry) {
+using Cells = QList<QPair<QString, Value>>;
+
+// The entry's part of a log row. Read before the row is added, so that an entry
+// without a current row leaves no half row behind.
+Cells calendarCells(const core::Context& ctx, const tables::Recordset& entry) {
     const Value start = entry.value(QStringLiteral("StartDate"));
-    log.setValue(QStringLiteral("Date"), start.isEmpty() ? Value() : Value(start.toDate()));
-    log.setValue(QStringLiteral("Time"), logTimeFromText(ctx, text(entry, QStringLiteral("StartTime"))));
-    log.setValue(QStringLiteral("Text"), text(entry, QStringLiteral("Text")));
-    log.setValue(QStringLiteral("Typ"), typText(ctx, text(entry, QStringLiteral("Typ"))));
+    return {{QStringLiteral("Date"), start.isEmpty() ? Value() : Value(start.toDate())},
+            {QStringLiteral("Time"), logTimeFromText(ctx, text(entry, QStringLiteral("StartTime")))},
+            {QStringLiteral("Text"), text(entry, QStringLiteral("Text"))},
+            {QStringLiteral("Typ"), typText(ctx, text(entry, QStringLiteral("Typ")))}};
 }
 
-void fillContactRow(tables::Recordset& log, const tables::Recordset& entry) {
-    log.setValue(QStringLiteral("Name"), text(entry, QStringLiteral("LastName")));
+Cells contactCells(const tables::Recordset& entry) {
     // A business contact is reached at work.
     const bool company = !text(entry, QStringLiteral("Company")).isEmpty();
-    log.setValue(QStringLiteral("Phone"), text(entry, company ? QStringLiteral("PhoneWork") : QStringLiteral("Phone")));
+    return {{QStringLiteral("Name"), text(entry, QStringLiteral("LastName"))},
+            {QStringLiteral("Phone"), text(entry, company ? QStringLiteral("PhoneWork") : QStringLiteral("Phone"))}};
 }
 
 } // namespace
@@ -146,14 +150,13 @@ void logWriteEntry(core::Context& ctx, const tables::Recordset& entry, const cor
         tables::Recordset* log = calendar ? ctx.tables.LogCalendar.get() : ctx.tables.LogContacts.get();
         if (!log)
             return;
+        const Cells cells = calendar ? calendarCells(ctx, entry) : contactCells(entry);
         log->addNew();
         log->setValue(QStringLiteral("Transfer"), ctx.log.LogTransfer);
         log->setValue(QStringLiteral("Action"), actionText(ctx, ctx.log.LogAction));
         log->setValue(QStringLiteral("SynchDate"), now);
-        if (calendar)
-            fillCalendarRow(ctx, *log, entry);
-        else
-            fillContactRow(*log, entry);
+        for (const auto& [field, value] : cells)
+            log->setValue(field, value);
 
         // An editor's transfer and an AutoSync keep the flag as it stands.
         const bool keepFlag = ctx.log.EditorTransferRunning || ctx.log.AutoSyncRunning;

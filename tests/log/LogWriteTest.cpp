@@ -203,6 +203,19 @@ TEST_F(LogWriteTest, SilentFailedRowCountsWithoutBox) {
     EXPECT_EQ(field(t, u"ErrorDesc"), QStringLiteral("0refused"));
 }
 
+// An entry table without a current row is reported, and no half row is left in the log.
+TEST_F(LogWriteTest, EntryWithoutCurrentRowLeavesNoRow) {
+    addCalendarEntry(core::DateSerial(2026, 4, 2), QStringLiteral("08:00"), QString(), QStringLiteral("x"));
+    calendar.moveNext();
+    ASSERT_TRUE(calendar.eof());
+    logEntry(calendar, QStringLiteral("Mobile"), QStringLiteral("created"));
+    EXPECT_EQ(ctx.tables.LogCalendar->recordCount(), 0);
+    ASSERT_EQ(ctx.tables.LogErrors->recordCount(), 1);
+    ctx.tables.LogErrors->moveFirst();
+    EXPECT_EQ(ctx.tables.LogErrors->value(QStringLiteral("Proc")).toText(), QStringLiteral("logWriteEntry"));
+    EXPECT_TRUE(ctx.log.LogStart.isEmpty());
+}
+
 // Typed times in the user's format, with the day-half marks; no time reads as empty.
 TEST_F(LogWriteTest, TimeTextReadsInTheUsersFormat) {
     auto time = [&](const char16_t* s) { return log::logTimeFromText(ctx, QString::fromUtf16(s)); };
