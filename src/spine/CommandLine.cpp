@@ -3,22 +3,12 @@
 
 #include "core/ErrorReport.h"
 #include "core/Numbers.h"
+#include "formats/Globals.h"
 #include "spine/DebugTrace.h"
 
 namespace tsr::spine {
 
 namespace {
-
-// What stands before the delimiter; the source keeps what stands behind it.
-// Without the delimiter the result is empty and the source stays as it is.
-QString takeUpTo(QString& source, const QString& delimiter) {
-    const qsizetype at = source.indexOf(delimiter);
-    if (at < 0)
-        return {};
-    const QString head = source.left(at);
-    source = source.mid(at + delimiter.size());
-    return head;
-}
 
 void timerWarning(core::Context& ctx, const QString& value, int reasonNumber) {
     const QString text = ctx.strings.text(880) + value + QStringLiteral("\r\n") + ctx.strings.text(reasonNumber) +
@@ -105,7 +95,7 @@ void TSRCommandLine(core::Context& ctx, const QString& commandLine, const QStrin
         core::StartFlags& f = ctx.flags;
         QString rest = commandLine.toUpper() + u' ';
         while (!rest.isEmpty()) {
-            const QString token = takeUpTo(rest, QStringLiteral(" "));
+            const QString token = formats::HolTeilstring(rest, QStringLiteral(" "));
             if (token == u"D") {
                 f.GlobalCommandShowData = true;
             } else if (token == u"KILL") {
