@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Whether a series row from the phone must stay for the date range, and the
+// reading of a typed time.
+#include "formats/AllgemeinTime.h"
+#include "vCalFixture.h"
+
+using namespace tsr;
+
+namespace {
+class MustbeStandTest : public test::vCalFixture {
+protected:
+    MustbeStandTest() {
+        // The range: Wednesday 18 November to Tuesday 24 November 2026.
+        ctx.flags.GlobalStartDate = at(2026, 11, 18);
+        ctx.flags.GlobalEndDate = at(2026, 11, 24, 23, 59, 59);
+    }
+    void series(const char* type, core::VbDate startDate, int64_t mask = 0, const char* id = "5") {
+        set(QStringLiteral("Mobile"), true);
+        set(QStringLiteral("ISRecurring"), true);
+        set(QStringLiteral("RecurrenceType"), QString::fromUtf8(type));
+        set(QStringLiteral("StartDate"), startDate);
+        set(QStringLiteral("Weekdaymask"), mask);
+        set(QStringLiteral("EntryID"), QString::fromUtf8(id));
+    }
+};
+} // namespace
+
+// Only series rows of the phone are examined.
+TEST_F(MustbeStandTest, OnlyMobileSeriesRows) {
+    series("M", at(2026, 1, 20));
+    EXPECT_TRUE(formats::MustbeStand(ctx, *table));
+    set(QStringLiteral("Mobile"), false);
+    EXPECT_FALSE(formats::MustbeStand(ctx, *table));
+    set(QStringLiteral("Mobile"), true);
+    set(QStringLiteral("ISRecurring"), false);
+    EXPECT_FALSE(formats::MustbeStand(ctx, *table));
+}
+
+// A weekly series on one day stays when its weekday falls into the range.
+TEST_F(MustbeStandTest, WeeklyOneDay) {
+    series("W", at(2026, 1, 5), 2); // Mondays: 23 November is in the range
+    EXPECT_TRUE(formats::MustbeStand(ctx, *table));
+    ctx.flags.GlobalEndDate = at(2026, 11, 22, 23, 59, 59); // Wednesday to Sunday
+    EXPECT_FALSE(formats::MustbeStand(ctx, *table));
+}
+
+// Monthly and yearly series stay only when an occurrence lies in the range, and
+// not for a start after the range.
+TEST_F(MustbeStandTest, MonthlyAndYearly) {
+    series("M", at(2026, 2, 20));
+    EXPECT_TRUE(formats::MustbeStand(ctx, *table));
+    series("M", at(2026, 2, 10));
+    EXPECT_FALSE(formats::MustbeStand(ctx, *table));
+    series("Y", at(2019, 11, 24));
+    EXPECT_TRUE(formats::MustbeStand(ctx, *table));
+    series("Y", at(2019, 11, 25));
+    EXPECT_FALSE(formats::MustbeStand(ctx, *table));
+    series("Y", at(2027, 11, 20));
+    EXPECT_FALSE(formats::MustbeStand(ctx, *table));
+}
+
+// A daily series from before the range always reaches it.
+TEST_F(MustbeStandTest, Daily) {
+    series("D", at(2020, 1, 1));
+    EXPECT_TRUE(formats::MustbeStand(ctx, *table));
+    series("D", at(2026, 11, 25));
+    EXPECT_FALSE(formats::MustbeStand(ctx, *table));
+}
+
+// A weekly series over several days stays while other rows of it are in the
+// table; the cursor comes back to the row it was on.
+TEST_F(MustbeStandTest, WeeklySeveralDaysCountsItsRows) {
+    series("W", at(2026, 1, 5), 2 | 16, "7");
+    EXPECT_FALSE(formats::MustbeStand(ctx, *table));
+    const int position = table->absolutePosition();
+    tables::vCalCreateNewRecord(*table);
+    set(QStringLiteral("EntryID"), QStringLiteral("7"));
+    tables::vCalCreateNewRecord(*table);
+    set(QStringLiteral("EntryID"), QStringLiteral("8"));
+    table->setAbsolutePosition(position);
+    EXPECT_TRUE(formats::MustbeStand(ctx, *table));
+    EXPECT_EQ(table->absolutePosition(), position);
+}
+
+namespace {
+class TimeTest : public test::vCalFixture {
+protected:
+    TimeTest() { ctx.clock.setFixed(QDateTime(QDate(2026, 11, 22), QTime(14, 25, 36))); }
+    QString shown(core::VbDate t) { return core::Format(t, QStringLiteral("hh:mm:ss")); }
+};
+} // namespace
+
+// Short texts and formats without separator give the current time.
+TEST_F(TimeTest, CreateTimeFallsBackToNow) {
+    EXPECT_EQ(shown(formats::CreateTime(ctx, QStringLiteral("12"))), QStringLiteral("14:25:36"));
+    ctx.formats.TimeFormat = QStringLiteral("hhmmss");
+    EXPECT_EQ(shown(formats::CreateTime(ctx, QStringLiteral("10:30"))), QStringLiteral("14:25:36"));
+}
+
+// Pieces are read in the order of the time format; missing ones keep the current
+// value; a piece that is no number ends the reading. The result is a pure time.
+TEST_F(TimeTest, CreateTimeReadsThePieces) {
+    core::VbDate t = formats::CreateTime(ctx, QStringLiteral("09:05"));
+    EXPECT_EQ(shown(t), QStringLiteral("09:05:36"));
+    EXPECT_LT(t.value, 1.0);
+    EXPECT_EQ(shown(formats::CreateTime(ctx, QStringLiteral("09:xx:10"))), QStringLiteral("09:25:36"));
+    ctx.formats.TimeFormat = QStringLiteral("mm:hh:ss");
+    EXPECT_EQ(shown(formats::CreateTime(ctx, QStringLiteral("05:09:01"))), QStringLiteral("09:05:01"));
+}
+
+// With the day-half mark in front, the time is the second piece.
+TEST_F(TimeTest, CreateTimeWithMarkInFront) {
+    ctx.formats.TimeMarkPos = 1;
+    EXPECT_EQ(shown(formats::CreateTime(ctx, QStringLiteral("AM 08:15"))), QStringLiteral("08:15:36"));
+}
+
+// A well-typed time is read as it stands; a bare number is not taken as a day count.
+TEST_F(TimeTest, CreateTimeFromStringGuardsBareNumbers) {
+    core::VbDate t;
+    formats::CreateTimeFromString(ctx, QStringLiteral("10:30:00"), t);
+    EXPECT_EQ(shown(t), QStringLiteral("10:30:00"));
+    formats::CreateTimeFromString(ctx, QStringLiteral("10:30"), t);
+    EXPECT_EQ(shown(t), QStringLiteral("10:30:00"));
+    formats::CreateTimeFromString(ctx, QStringLiteral("12"), t);
+    EXPECT_EQ(shown(t), QStringLiteral("14:25:36"));
+    formats::CreateTimeFromString(ctx, QStringLiteral("1230"), t);
+    EXPECT_EQ(shown(t), QStringLiteral("14:25:36"));
+    EXPECT_LT(t.value, 1.0);
+    EXPECT_TRUE(ui.boxes.isEmpty());
+}

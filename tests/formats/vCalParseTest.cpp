@@ -1,0 +1,295 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The parser of the phone's calendar files: the keys, folding, the numbered
+// errors and their texts, the rule table, and the completion of the row.
+#include "formats/vCal.h"
+#include "vCalFixture.h"
+
+using namespace tsr;
+using test::vCalFixture;
+
+namespace {
+class vCalParse : public vCalFixture {
+protected:
+    bool parse(const QString& textIn) {
+        QString t = textIn;
+        return formats::ParsEntryFromMobile(ctx, *table, t);
+    }
+    // Parses an event holding only this RRULE value on a fresh row.
+    void parseRule(const char* rule) {
+        newRow();
+        const QString line = QStringLiteral("RRULE:") + QString::fromUtf8(rule);
+        QString t = event({"DTSTART:20261122T100000Z", line.toUtf8().constData()});
+        ASSERT_TRUE(formats::ParsEntryFromMobile(ctx, *table, t));
+    }
+};
+} // namespace
+
+// A plain entry from the phone fills the row's dates, texts and sides.
+TEST_F(vCalParse, PlainMeetingFillsTheRow) {
+    ASSERT_TRUE(parse(event({"CATEGORIES:MEETING", "DTSTART:20261122T103000Z", "DTEND:20261122T114500Z",
+                             "DESCRIPTION:Project review", "SUMMARY:Review"})));
+    EXPECT_EQ(text(QStringLiteral("Typ")), QStringLiteral("1"));
+    EXPECT_TRUE(flag(QStringLiteral("MeetingStatus")));
+    EXPECT_EQ(when(QStringLiteral("DTStart")), QDateTime(QDate(2026, 11, 22), QTime(10, 30)));
+    EXPECT_EQ(when(QStringLiteral("Start")), QDateTime(QDate(2026, 11, 22), QTime(10, 30)));
+    EXPECT_EQ(when(QStringLiteral("StartDate")), QDateTime(QDate(2026, 11, 22), QTime(0, 0)));
+    EXPECT_EQ(text(QStringLiteral("StartTime")), QStringLiteral("10:30:00"));
+    EXPECT_EQ(when(QStringLiteral("EndDate")), QDateTime(QDate(2026, 11, 22), QTime(0, 0)));
+    EXPECT_EQ(core::Format(get(QStringLiteral("EndTime")).toDate(), QStringLiteral("hh:mm:ss")),
+              QStringLiteral("11:45:00"));
+    EXPECT_EQ(get(QStringLiteral("StartEndDiff")).toInt64(), 0);
+    EXPECT_TRUE(flag(QStringLiteral("EndDateFlag")));
+    EXPECT_EQ(text(QStringLiteral("Text")), QStringLiteral("Project review"));
+    EXPECT_EQ(text(QStringLiteral("PIMText")), QStringLiteral("Project review"));
+    EXPECT_EQ(text(QStringLiteral("Summary")), QStringLiteral("Review"));
+    EXPECT_TRUE(flag(QStringLiteral("Mobile")));
+    EXPECT_TRUE(flag(QStringLiteral("noPhonecall")));
+    EXPECT_FALSE(flag(QStringLiteral("Alarm")));
+    EXPECT_EQ(get(QStringLiteral("EntryType")).toInt32(), 2);
+    EXPECT_FALSE(flag(QStringLiteral("ISRecurring")));
+    EXPECT_TRUE(ui.boxes.isEmpty());
+}
+
+// Every category gives its type; a memo is "" and sets MemoStatus.
+TEST_F(vCalParse, CategoriesGiveTypes) {
+    const std::pair<const char*, const char*> cases[] = {{"CATEGORIES:MISCELLANEOUS", ""},
+                                                         {"CATEGORIES:MEETING", "1"},
+                                                         {"CATEGORIES:ANNIVERSARY", "2"},
+                                                         {"CATEGORIES:PHONE CALL", "3"}};
+    for (const auto& [line, typ] : cases) {
+        newRow();
+        ASSERT_TRUE(parse(event({"DTSTART:20261122T100000Z", line})));
+        EXPECT_EQ(text(QStringLiteral("Typ")), QString::fromUtf8(typ)) << line;
+    }
+    EXPECT_TRUE(flag(QStringLiteral("PhoneCallStatus")));
+}
+
+// An unknown category is -1994 with the text built on string 753.
+TEST_F(vCalParse, UnknownCategoryIsError1994) {
+    const core::TsrError e = errorOf([&] { parse(event({"CATEGORIES:MEMO"})); });
+    EXPECT_EQ(e.number(), -1994);
+    EXPECT_EQ(e.source(), QStringLiteral("ParsEntryFromMobile"));
+    EXPECT_EQ(e.description(), QStringLiteral("Unexpected TAG after CATEGORIES\r\nCATEGORIES:MEMO"));
+}
+
+// BEGIN, END and an unknown key inside the calendar each have their number and word.
+TEST_F(vCalParse, UnexpectedKeysInsideTheCalendar) {
+    core::TsrError e = errorOf([&] { parse(crlf({"BEGIN:VTODO"})); });
+    EXPECT_EQ(e.number(), -1996);
+    EXPECT_EQ(e.description(), QStringLiteral("Unexpected TAG after BEGIN\r\nBEGIN:VTODO"));
+
+    newRow();
+    e = errorOf([&] { parse(crlf({"BEGIN:VCALENDAR", "END:VTODO"})); });
+    EXPECT_EQ(e.number(), -1995);
+    EXPECT_EQ(e.description(), QStringLiteral("Unexpected TAG after END\r\nEND:VTODO"));
+
+    newRow();
+    e = errorOf([&] { parse(event({"LOCATION;CHARSET=UTF-8:Room 1"})); });
+    EXPECT_EQ(e.number(), -1993);
+    EXPECT_EQ(e.description(), QStringLiteral("Unexpected TAG after vcs key\r\nLOCATION:Room 1"));
+}
+
+// The words of the error follow the language table's string 753.
+TEST_F(vCalParse, ErrorTextFollowsTheLanguage) {
+    ctx.strings.set(753, QStringLiteral("Unerwartetes TAG nach"));
+    const core::TsrError e = errorOf([&] { parse(event({"CATEGORIES:X"})); });
+    EXPECT_EQ(e.description(), QStringLiteral("Unerwartetes TAG nach CATEGORIES\r\nCATEGORIES:X"));
+}
+
+// A parse error leaves nothing behind: the next entry parses normally, and the
+// text keeps what was not read so a caller could go on behind the bad line.
+TEST_F(vCalParse, NextEntryParsesNormallyAfterAnError) {
+    QString bad = event({"CATEGORIES:MEMO", "DESCRIPTION:after"});
+    EXPECT_THROW(formats::ParsEntryFromMobile(ctx, *table, bad), core::TsrError);
+    EXPECT_TRUE(bad.startsWith(QStringLiteral("DESCRIPTION:after\r\n")));
+
+    newRow();
+    ASSERT_TRUE(parse(event({"CATEGORIES:MEETING", "DTSTART:20261122T100000Z", "DESCRIPTION:fine"})));
+    EXPECT_EQ(text(QStringLiteral("Text")), QStringLiteral("fine"));
+    EXPECT_EQ(text(QStringLiteral("Typ")), QStringLiteral("1"));
+}
+
+// Text after the calendar's end that begins with an unknown key is dropped.
+TEST_F(vCalParse, TrailingTextAfterTheCalendarIsDropped) {
+    ASSERT_TRUE(parse(event({"DTSTART:20261122T100000Z", "DESCRIPTION:x"}) + QStringLiteral("X-GARBAGE:1\r\nmore")));
+    EXPECT_EQ(text(QStringLiteral("Text")), QStringLiteral("x"));
+}
+
+// A continuation line keeps its leading blank in the value.
+TEST_F(vCalParse, FoldedLinesKeepTheirBlank) {
+    ASSERT_TRUE(parse(event({"DTSTART:20261122T100000Z", "DESCRIPTION:first", " second", "  third"})));
+    EXPECT_EQ(text(QStringLiteral("Description")), QStringLiteral("first second  third"));
+}
+
+// A last line without CR LF yields an empty value: END then fails as the phone's
+// old parser did, and the fold loop does not hang on a last blank line.
+TEST_F(vCalParse, LastLineWithoutLineEnd) {
+    const core::TsrError e = errorOf([&] {
+        parse(crlf({"BEGIN:VCALENDAR", "BEGIN:VEVENT"}) + QStringLiteral("END:VEVENT"));
+    });
+    EXPECT_EQ(e.number(), -1995);
+
+    newRow();
+    EXPECT_THROW(parse(crlf({"BEGIN:VCALENDAR", "DESCRIPTION:x"}) + QStringLiteral(" tail")), core::TsrError);
+}
+
+// Quoted-printable UTF-8 values are decoded and mark the row; escaped semicolons
+// stay in the text, only the first piece is taken, and line breaks become blanks.
+TEST_F(vCalParse, DescriptionDecodingAndPieces) {
+    ASSERT_TRUE(
+        parse(event({"DTSTART:20261122T100000Z",
+                     "DESCRIPTION;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:M=C3=BCller=0D=0A=E2=82=AC a\\;b;rest",
+                     "SUMMARY:s\\;t;u"})));
+    EXPECT_EQ(text(QStringLiteral("Description")), QStringLiteral("Müller € a;b"));
+    EXPECT_EQ(text(QStringLiteral("Summary")), QStringLiteral("s;t"));
+    EXPECT_TRUE(flag(QStringLiteral("UTF8Flag")));
+}
+
+// Without Description the shown text is the Summary.
+TEST_F(vCalParse, TextFallsBackToSummary) {
+    ASSERT_TRUE(parse(event({"DTSTART:20261122T100000Z", "DESCRIPTION:", "SUMMARY:only summary"})));
+    EXPECT_EQ(text(QStringLiteral("Text")), QStringLiteral("only summary"));
+    EXPECT_EQ(text(QStringLiteral("PIMText")), QStringLiteral("only summary"));
+}
+
+// An alarm before the start moves Start to it; DTStart keeps its value.
+TEST_F(vCalParse, EarlierAlarmMovesTheStart) {
+    ASSERT_TRUE(parse(event({"DTSTART:20261122T100000Z", "DTEND:20261122T110000Z", "AALARM:20261122T094500Z"})));
+    EXPECT_EQ(when(QStringLiteral("Start")), QDateTime(QDate(2026, 11, 22), QTime(9, 45)));
+    EXPECT_EQ(when(QStringLiteral("DTStart")), QDateTime(QDate(2026, 11, 22), QTime(10, 0)));
+    EXPECT_TRUE(flag(QStringLiteral("Alarm")));
+
+    // A later audible alarm leaves the start; the display alarm is not looked at then.
+    newRow();
+    ASSERT_TRUE(parse(event({"DTSTART:20261122T100000Z", "AALARM:20261122T103000Z", "DALARM:20261122T090000Z"})));
+    EXPECT_EQ(when(QStringLiteral("Start")), QDateTime(QDate(2026, 11, 22), QTime(10, 0)));
+
+    newRow();
+    ASSERT_TRUE(parse(event({"DTSTART:20261122T100000Z", "DALARM:20261122T090000Z"})));
+    EXPECT_EQ(when(QStringLiteral("Start")), QDateTime(QDate(2026, 11, 22), QTime(9, 0)));
+}
+
+// Without DTSTART the alarms give the start: the earlier of both, or the one there is.
+TEST_F(vCalParse, StartFromAlarmsWithoutDtstart) {
+    ASSERT_TRUE(parse(event({"AALARM:20261122T083000Z", "DALARM:20261122T080000Z"})));
+    EXPECT_EQ(when(QStringLiteral("Start")), QDateTime(QDate(2026, 11, 22), QTime(8, 0)));
+    newRow();
+    ASSERT_TRUE(parse(event({"DALARM:20261122T080000Z"})));
+    EXPECT_EQ(when(QStringLiteral("Start")), QDateTime(QDate(2026, 11, 22), QTime(8, 0)));
+    EXPECT_FALSE(flag(QStringLiteral("DTStartFlag")));
+}
+
+// An end before the start is moved to the start; a multi-day end counts its days.
+TEST_F(vCalParse, EndIsNeverBeforeStart) {
+    ASSERT_TRUE(parse(event({"DTSTART:20261122T100000Z", "DTEND:20261121T090000Z"})));
+    EXPECT_EQ(when(QStringLiteral("DTEnd")), QDateTime(QDate(2026, 11, 22), QTime(10, 0)));
+    EXPECT_EQ(get(QStringLiteral("StartEndDiff")).toInt64(), 0);
+    newRow();
+    ASSERT_TRUE(parse(event({"DTSTART:20261122T230000Z", "DTEND:20261125T010000Z"})));
+    EXPECT_EQ(get(QStringLiteral("StartEndDiff")).toInt64(), 3);
+    EXPECT_EQ(when(QStringLiteral("EndDate")), QDateTime(QDate(2026, 11, 25), QTime(0, 0)));
+}
+
+// A date that is not the 14 digits (8 for a date alone) is the conversion error.
+TEST_F(vCalParse, BadDatesAreTypeMismatch) {
+    for (const char* line : {"DTSTART:2026112", "DTSTART:20261322T100000Z", "DTSTART:20261122T250000Z",
+                             "DTEND:2026-11-22", "AALARM:", "DALARM:20261122T10000xZ"}) {
+        newRow();
+        const core::TsrError e = errorOf([&] { parse(event({line})); });
+        EXPECT_EQ(e.number(), core::err::TypeMismatch) << line;
+    }
+    newRow();
+    ASSERT_TRUE(parse(event({"DTSTART:20261122"})));
+    EXPECT_EQ(when(QStringLiteral("Start")), QDateTime(QDate(2026, 11, 22), QTime(0, 0)));
+}
+
+// The rule table, line by line, on a current model.
+TEST_F(vCalParse, RuleTable) {
+    ctx.phone.MobileModel = QStringLiteral("QX71");
+    parseRule("D7 #0");
+    EXPECT_EQ(text(QStringLiteral("RecurrenceType")), QStringLiteral("W"));
+    EXPECT_EQ(get(QStringLiteral("RecurrenceIntervall")).toInt64(), 7);
+    EXPECT_TRUE(get(QStringLiteral("Weekdaymask")).isEmpty());
+    EXPECT_EQ(text(QStringLiteral("Serie")), QStringLiteral("W"));
+
+    parseRule("D12 #0"); // one digit only
+    EXPECT_EQ(get(QStringLiteral("RecurrenceIntervall")).toInt64(), 1);
+    EXPECT_EQ(text(QStringLiteral("RecurrenceType")), QStringLiteral("D"));
+    EXPECT_EQ(get(QStringLiteral("RecurrenceDuration")).toInt64(), 0);
+
+    parseRule("W1 MO TH #5");
+    EXPECT_EQ(get(QStringLiteral("Weekdaymask")).toInt64(), 18);
+    EXPECT_EQ(get(QStringLiteral("RecurrenceDuration")).toInt64(), 0); // the count is not read
+    EXPECT_TRUE(flag(QStringLiteral("ISRecurring")));
+
+    parseRule("MD1 15 #0");
+    EXPECT_EQ(text(QStringLiteral("ModKey")), QStringLiteral("D"));
+    EXPECT_EQ(get(QStringLiteral("RecurrenceIntervall")).toInt64(), 1);
+    EXPECT_EQ(get(QStringLiteral("DayOfMonth")).toInt64(), 15);
+    EXPECT_EQ(text(QStringLiteral("RecurrenceType")), QStringLiteral("M"));
+
+    parseRule("MD3");
+    EXPECT_EQ(get(QStringLiteral("RecurrenceIntervall")).toInt64(), 3);
+    EXPECT_EQ(get(QStringLiteral("DayOfMonth")).toInt64(), 0);
+
+    parseRule("M1 20 #0");
+    EXPECT_EQ(text(QStringLiteral("ModKey")), QString());
+    EXPECT_EQ(get(QStringLiteral("DayOfMonth")).toInt64(), 20);
+    EXPECT_EQ(text(QStringLiteral("RecurrenceType")), QStringLiteral("M"));
+
+    parseRule("MP1 1+ MO #0"); // a monthly rule by position is not kept as a series
+    EXPECT_EQ(text(QStringLiteral("RecurrenceType")), QStringLiteral("D"));
+    EXPECT_FALSE(flag(QStringLiteral("ISRecurring")));
+
+    parseRule("YD2 #0");
+    EXPECT_EQ(text(QStringLiteral("ModKey")), QStringLiteral("D"));
+    EXPECT_EQ(get(QStringLiteral("RecurrenceIntervall")).toInt64(), 2);
+    EXPECT_EQ(text(QStringLiteral("RecurrenceType")), QStringLiteral("Y"));
+
+    parseRule("YM1 #0");
+    EXPECT_EQ(text(QStringLiteral("ModKey")), QStringLiteral("M"));
+
+    parseRule("Y1 #0");
+    EXPECT_EQ(text(QStringLiteral("ModKey")), QString());
+    EXPECT_TRUE(flag(QStringLiteral("ISRecurring")));
+
+    parseRule("Y #0");
+    EXPECT_EQ(text(QStringLiteral("ModKey")), QStringLiteral("D"));
+    EXPECT_EQ(get(QStringLiteral("RecurrenceIntervall")).toInt64(), 1);
+
+    parseRule("X9");
+    EXPECT_EQ(text(QStringLiteral("RecurrenceFrequenz")), QStringLiteral("X"));
+    EXPECT_EQ(text(QStringLiteral("RecurrenceType")), QStringLiteral("D"));
+    EXPECT_FALSE(flag(QStringLiteral("ISRecurring")));
+}
+
+// On the older models a yearly rule with a modifier loses it; a monthly one keeps it.
+TEST_F(vCalParse, OlderModelsDropTheYearlyModifier) {
+    for (const char* model : {"Q52", "Q33", "R52", "P52"}) {
+        ctx.phone.MobileModel = QString::fromUtf8(model);
+        parseRule("YD1 #0");
+        EXPECT_EQ(text(QStringLiteral("ModKey")), QString()) << model;
+        parseRule("YM1 #0");
+        EXPECT_EQ(text(QStringLiteral("ModKey")), QString()) << model;
+        parseRule("MD1 15 #0");
+        EXPECT_EQ(text(QStringLiteral("ModKey")), QStringLiteral("D")) << model;
+    }
+}
+
+// The series' reference dates: PIMRecPatt is the start's day, MobileRecPattern the start.
+TEST_F(vCalParse, SeriesReferenceDates) {
+    ASSERT_TRUE(parse(event({"DTSTART:20260105T180000Z", "DTEND:20260105T193000Z", "RRULE:W1 MO TH #0"})));
+    EXPECT_EQ(when(QStringLiteral("PIMRecPatt")), QDateTime(QDate(2026, 1, 5), QTime(0, 0)));
+    EXPECT_EQ(when(QStringLiteral("MobileRecPattern")), QDateTime(QDate(2026, 1, 5), QTime(18, 0)));
+    EXPECT_FALSE(text(QStringLiteral("PimRecPattString")).isEmpty());
+    EXPECT_EQ(text(QStringLiteral("StartasText")), table->dateAsText(at(2026, 1, 5, 18, 0)));
+}
+
+// With the debug switch the text is shown before it is parsed.
+TEST_F(vCalParse, DebugSwitchShowsTheText) {
+    ctx.flags.GlobalCommandDebug = true;
+    const QString t = event({"DTSTART:20261122T100000Z"});
+    ASSERT_TRUE(parse(t));
+    ASSERT_EQ(ui.boxes.size(), 1);
+    EXPECT_EQ(ui.boxes[0].text, t);
+}
