@@ -9,6 +9,8 @@ namespace {
 
 const QString kModul = QStringLiteral("Log");
 const QString kBreak = QStringLiteral("\r\n");
+const QString kPrintFont = QStringLiteral("Arial");
+constexpr int kPrintSize = 12;
 
 struct Column {
     const char16_t* field;
@@ -110,9 +112,17 @@ void logPrint(core::Context& ctx, const QString& Mode) {
             ctx.ui->msgBox(ctx.strings.text(782), core::MsgButtons::OK, core::MsgIcon::Information, ctx.title());
             return;
         }
-        if (all && ctx.log.LogSummaryText.isEmpty())
+        // The summary window, which prints, builds its summary afresh when it opens.
+        if (all)
             LogInitlogSummaryText(ctx);
-        ctx.ui->printText(logGridZusammensetzung(ctx, all), QStringLiteral("Arial"), 12);
+        ctx.ui->printText(logGridZusammensetzung(ctx, all), kPrintFont, kPrintSize);
+    });
+}
+
+void logPrintSummary(core::Context& ctx) {
+    core::guarded(ctx, kModul, QStringLiteral("logPrintSummary"), [&] {
+        LogInitlogSummaryText(ctx);
+        ctx.ui->printText({{ctx.log.LogSummaryText, false}}, kPrintFont, kPrintSize);
     });
 }
 

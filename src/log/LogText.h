@@ -22,8 +22,12 @@ void LogInitlogSummaryText(core::Context& ctx);
 // The printable log. With `Details` the summary comes first.
 core::RichText logGridZusammensetzung(core::Context& ctx, bool Details);
 
-// Prints the log: mode "all" with the summary, any other mode without it. With no
+// Prints the log: mode "all" with the summary (built afresh), any other mode without it. With no
 // row in any log table and a mode other than "all" the user is told there is no data.
 void logPrint(core::Context& ctx, const QString& Mode);
+
+// Prints the summary text alone, in the log's print font (the summary window's
+// "Print summary"), built afresh as the window does when it opens.
+void logPrintSummary(core::Context& ctx);
 
 } // namespace tsr::log

@@ -206,6 +206,12 @@ TEST_F(LogFileTest, PrintModesAndEmptyLog) {
     EXPECT_TRUE(ui.printed[0].bold);
     EXPECT_TRUE(ui.printed[0].text.startsWith(QStringLiteral("Destination\t")));
     EXPECT_FALSE(plain(ui.printed).contains(QStringLiteral("Transfered data:")));
+
+    // The summary alone, as the summary window prints it.
+    log::logPrintSummary(ctx);
+    ASSERT_EQ(ui.printed.size(), 1);
+    EXPECT_TRUE(ui.printed[0].text.startsWith(QStringLiteral("Summary\r\nTransfered data:\t\t3\r\n")));
+    EXPECT_EQ(ui.printedSize, 12);
 }
 
 } // namespace
