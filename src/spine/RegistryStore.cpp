@@ -110,8 +110,10 @@ bool RegValQuery(const core::Context& ctx, int32_t root, const QString& key, con
     return true;
 }
 
-bool RegKeyCreate(const core::Context& ctx, int32_t root, const QString& key, const QString& keyClass,
-                  RegFailure* failure) {
+// Sets one entry of a key and writes the file at once, as the store's flush does.
+// With onlyNewKey the entry is not set when the key exists already.
+bool writeEntry(const core::Context& ctx, int32_t root, const QString& key, const QString& name, const QString& text,
+                bool onlyNewKey, RegFailure* failure) {
     const QString file = rootFile(ctx, root);
     if (file.isEmpty()) {
         fail(failure, 87, QStringLiteral("The parameter is incorrect."));
@@ -119,10 +121,10 @@ bool RegKeyCreate(const core::Context& ctx, int32_t root, const QString& key, co
     }
     QDir().mkpath(QFileInfo(file).absolutePath());
     QSettings store(file, QSettings::IniFormat);
-    if (keyPresent(store, key))
+    if (onlyNewKey && keyPresent(store, key))
         return false;
     store.beginGroup(groupOf(key));
-    store.setValue(ClassEntry, keyClass);
+    store.setValue(name, text);
     store.endGroup();
     store.sync();
     if (store.status() != QSettings::NoError) {
@@ -132,23 +134,14 @@ bool RegKeyCreate(const core::Context& ctx, int32_t root, const QString& key, co
     return true;
 }
 
+bool RegKeyCreate(const core::Context& ctx, int32_t root, const QString& key, const QString& keyClass,
+                  RegFailure* failure) {
+    return writeEntry(ctx, root, key, ClassEntry, keyClass, true, failure);
+}
+
 bool RegValWrite(const core::Context& ctx, int32_t root, const QString& key, const QString& name,
                  const core::Value& value, RegFailure* failure) {
-    const QString file = rootFile(ctx, root);
-    if (file.isEmpty()) {
-        fail(failure, 87, QStringLiteral("The parameter is incorrect."));
-        return false;
-    }
-    QSettings store(file, QSettings::IniFormat);
-    store.beginGroup(groupOf(key));
-    store.setValue(name, encode(value));
-    store.endGroup();
-    store.sync();
-    if (store.status() != QSettings::NoError) {
-        fail(failure, 5, QStringLiteral("Access is denied."));
-        return false;
-    }
-    return true;
+    return writeEntry(ctx, root, key, name, encode(value), false, failure);
 }
 
 bool RegValueGet(const core::Context& ctx, int32_t root, const QString& key, const QString& name, core::Value& out) {

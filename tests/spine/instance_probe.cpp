@@ -6,27 +6,20 @@
 #include "core/Context.h"
 #include "spine/CommandLine.h"
 #include "spine/Instance.h"
+#include "support/ScriptedUi.h"
 
 #include <QCoreApplication>
 #include <QTextStream>
 
 namespace {
 
-class ConsoleUi : public tsr::core::UserInterface {
+class ConsoleUi : public tsr::test::ScriptedUi {
 public:
-    tsr::core::MsgResult msgBox(const QString& text, tsr::core::MsgButtons, tsr::core::MsgIcon,
-                                const QString&) override {
+    tsr::core::MsgResult msgBox(const QString& text, tsr::core::MsgButtons buttons, tsr::core::MsgIcon icon,
+                                const QString& title) override {
         say(QStringLiteral("BOX ") + QString(text).replace(QStringLiteral("\r\n"), QStringLiteral(" | ")));
-        return tsr::core::MsgResult::OK;
+        return ScriptedUi::msgBox(text, buttons, icon, title);
     }
-    void statusShow(const QString&) override {}
-    void statusSetText(const QString&) override {}
-    void statusHide() override {}
-    void processEvents() override {}
-    void refreshGrid(int) override {}
-    bool mainFormVisibleAndEnabled() const override { return false; }
-    void focusMainForm() override {}
-    bool printText(const tsr::core::RichText&, const QString&, int) override { return false; }
     void activateMainWindow() override { say(QStringLiteral("ACTIVATED")); }
     void unloadMainForm() override {
         say(QStringLiteral("UNLOAD"));
