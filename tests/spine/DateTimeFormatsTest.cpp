@@ -45,6 +45,14 @@ TEST_F(DateTimeFormatsTest, UsLocaleTwelveHours) {
     EXPECT_EQ(core::Format(afternoon, f.DateFormat), QStringLiteral("11/22/26"));
 }
 
+// A locale that puts the day-part mark before the hour says so in TimeMarkPos.
+TEST_F(DateTimeFormatsTest, MarkBeforeTheHour) {
+    spine::RegDateTimeFormatGet(ctx, QLocale(QLocale::Korean, QLocale::SouthKorea));
+    EXPECT_EQ(ctx.formats.TimeIs24, 0);
+    EXPECT_EQ(ctx.formats.TimeMarkPos, 1);
+    EXPECT_EQ(ctx.formats.TimeMark, ctx.formats.TimeAM + ctx.formats.TimeMarkPM);
+}
+
 // Locale formats turn into the program's masks: quoted text, time zones and fractions.
 TEST_F(DateTimeFormatsTest, MaskConversion) {
     EXPECT_EQ(spine::maskFromLocaleFormat(QStringLiteral("HH:mm:ss t")), QStringLiteral("hh:mm:ss"));

@@ -4,6 +4,7 @@
 // what the user would see.
 #include "spine/Instance.h"
 #include "SpineFixture.h"
+#include "spine/DebugTrace.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -59,6 +60,58 @@ class InstanceTest : public ::testing::Test {
 protected:
     QTemporaryDir runtime;
 };
+
+class LinkExecuteTest : public test::SpineFixture {
+protected:
+    QString socketName() const { return runtimeDir.filePath(QStringLiteral("user-Tessarine")); }
+    QTemporaryDir runtimeDir;
+};
+
+// KILL is acknowledged in any case and closes the window only for CALLER=OL; the
+// case-sensitive IsTSR and unknown commands stay unacknowledged.
+TEST_F(LinkExecuteTest, Commands) {
+    EXPECT_FALSE(spine::Form_LinkExecute(ctx, QStringLiteral("kill")));
+    EXPECT_EQ(ui.unloadCount, 0);
+    ctx.flags.GlobalCaller = QStringLiteral("OL");
+    EXPECT_FALSE(spine::Form_LinkExecute(ctx, QStringLiteral("Kill")));
+    EXPECT_EQ(ui.unloadCount, 1);
+    EXPECT_TRUE(spine::Form_LinkExecute(ctx, QStringLiteral("IsTSR")));
+    EXPECT_TRUE(spine::Form_LinkExecute(ctx, QStringLiteral("QUIT")));
+    EXPECT_FALSE(spine::Form_LinkExecute(ctx, QStringLiteral("activate")));
+    EXPECT_EQ(ui.activateCount, 1);
+}
+
+// Without a first instance the start goes on; with KILL it unloads and ends, showing nothing.
+TEST_F(LinkExecuteTest, NoPreviousInstance) {
+    EXPECT_TRUE(spine::Check4PrevInstance(ctx, socketName()));
+    ctx.flags.GlobalCommandKill = true;
+    EXPECT_FALSE(spine::Check4PrevInstance(ctx, socketName()));
+    EXPECT_EQ(ui.unloadCount, 1);
+    EXPECT_TRUE(ui.boxes.isEmpty());
+    EXPECT_FALSE(ctx.flags.SecondInstance);
+}
+
+// A silent start beside a first instance, traced: the trace points frame the box,
+// and the file holds their own texts.
+TEST_F(LinkExecuteTest, SilentSecondStartTraced) {
+    spine::InstanceServer first(ctx, socketName());
+    ASSERT_TRUE(first.listen());
+    ctx.flags.GlobalSilent = true;
+    ctx.flags.GlobalCommandDebug = true;
+    ASSERT_TRUE(spine::openDebugFile(ctx));
+    EXPECT_FALSE(spine::Check4PrevInstance(ctx, socketName()));
+    ASSERT_EQ(ui.boxes.size(), 3);
+    EXPECT_EQ(ui.boxes[0].text, QStringLiteral("Debug: App.PrevInstance = True : Tessarine"));
+    EXPECT_EQ(ui.boxes[1].text, QStringLiteral("Cannot start autosync, as it has already been activated!\r\nPlease "
+                                               "shut down the active program and start autosync again."));
+    EXPECT_EQ(ui.boxes[1].icon, core::MsgIcon::Exclamation);
+    EXPECT_EQ(ui.boxes[2].text, QStringLiteral("Debug: NoPrevInstance"));
+    EXPECT_EQ(ui.unloadCount, 1);
+    QFile file(ctx.flags.DebugFile);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), QByteArray("\"22.11.26 10:30:15\r\nDebug:  App.PrevInstance = True : Tessarine\"\r\n"
+                                         "\"22.11.26 10:30:15\r\nDebug:  NoPrevInstance\"\r\n"));
+}
 
 // KILL with no first instance ends quietly, showing nothing.
 TEST_F(InstanceTest, KillWithoutFirstInstanceEndsQuietly) {
