@@ -116,7 +116,7 @@ void LocalContact::setAddress(bool home, int part, const QString& v) {
             return;
         m_data->props.append({QString(),
                               kAdr,
-                              {{QStringLiteral("TYPE"), home ? QStringLiteral("HOME") : QStringLiteral("WORK")}},
+                              {{QStringLiteral("TYPE"), home ? QStringLiteral("home") : QStringLiteral("work")}},
                               QStringLiteral(";;;;;;")});
         p = &m_data->props.last();
     }
@@ -184,11 +184,11 @@ void LocalContact::setPhone(Phone kind, const QString& v) {
     }
     if (v.isEmpty())
         return;
-    static const QHash<int, QString> types{{int(Phone::Home), QStringLiteral("HOME,VOICE")},
-                                           {int(Phone::Business), QStringLiteral("WORK,VOICE")},
-                                           {int(Phone::Mobile), QStringLiteral("CELL")},
-                                           {int(Phone::HomeFax), QStringLiteral("HOME,FAX")},
-                                           {int(Phone::BusinessFax), QStringLiteral("WORK,FAX")}};
+    static const QHash<int, QString> types{{int(Phone::Home), QStringLiteral("home")},
+                                           {int(Phone::Business), QStringLiteral("work")},
+                                           {int(Phone::Mobile), QStringLiteral("cell")},
+                                           {int(Phone::HomeFax), QStringLiteral("home,fax")},
+                                           {int(Phone::BusinessFax), QStringLiteral("work,fax")}};
     m_data->props.append({QString(), kTel, {{QStringLiteral("TYPE"), types.value(int(kind))}}, escapeValue(v)});
 }
 
@@ -196,7 +196,7 @@ void LocalContact::setEmail1Address(const QString& v) {
     const bool had = m_data->first(QStringLiteral("EMAIL")) != nullptr;
     m_data->setText(QStringLiteral("EMAIL"), v);
     if (!had && !v.isEmpty())
-        m_data->props.last().params.append({QStringLiteral("TYPE"), QStringLiteral("INTERNET")});
+        m_data->props.last().params.append({QStringLiteral("TYPE"), QStringLiteral("internet")});
 }
 
 QString LocalContact::Categories() const {
