@@ -226,47 +226,40 @@ void RegValGet(core::Context& ctx) {
 bool RegValSet(core::Context& ctx, bool skipPort) {
     core::Settings& s = ctx.settings;
     QString current;
-    auto put = [&](int32_t root, const QString& key, const QString& name, const Value& value) {
-        current = name;
-        RegFailure failure;
-        if (!RegValuePut(ctx, root, key, name, value, &failure) || failure.number != 0)
-            core::raise(failure.number, QStringLiteral("RegValuePut"), failure.description);
-    };
-    auto num = [](int16_t v) { return Value(static_cast<int32_t>(v)); };
     try {
-        const auto settingsPut = [&](const QString& name, const Value& value) {
-            put(HKEY_LOCAL_MACHINE, KeySettings, name, value);
-        };
-        settingsPut(QStringLiteral("ReadOnStart"), num(s.ReadOnStart));
-        settingsPut(QStringLiteral("ReadOnStartvCard"), num(s.ReadOnStartvCard));
-        settingsPut(QStringLiteral("Autodel"), num(s.Autodel));
-        settingsPut(QStringLiteral("Sync"), num(s.Sync));
-        settingsPut(QStringLiteral("Sprache"), Value(s.Sprache));
-        settingsPut(QStringLiteral("DelDate"), Value(s.DelDate));
-        settingsPut(QStringLiteral("DelOption"), num(s.DelOption));
-        settingsPut(QStringLiteral("DelTermine"), num(s.DelTermine));
-        settingsPut(QStringLiteral("DelAnzahl"), num(s.DelAnzahl));
-        settingsPut(QStringLiteral("DelSerie"), num(s.DelSerie));
-        settingsPut(QStringLiteral("SyncTyp"), num(s.SyncTyp));
-        settingsPut(QStringLiteral("SyncTermine"), num(s.SyncTermine));
-        settingsPut(QStringLiteral("SyncZeitraum"), num(s.SyncZeitraum));
-        settingsPut(QStringLiteral("SyncAlarmAnzahl"), num(s.SyncAlarmAnzahl));
-        settingsPut(QStringLiteral("SaveTyp"), num(s.SaveTyp));
-        settingsPut(QStringLiteral("SyncEintraegeab"), Value(s.SyncEintraegeab));
-        settingsPut(QStringLiteral("SyncTageWochenMonate"), num(s.SyncTageWochenMonate));
-        settingsPut(QStringLiteral("SyncEintraegevonbis"), Value(s.SyncEintraegevonbis));
-        settingsPut(QStringLiteral("SyncnaechstenAnzahl"), num(s.SyncnaechstenAnzahl));
-        settingsPut(QStringLiteral("FormFont"), Value(s.FormFont));
-        settingsPut(QStringLiteral("FormFontSize"), Value(s.FormFontSize));
-        settingsPut(QStringLiteral("FormFontIndex"), num(s.FormFontIndex));
-        settingsPut(QStringLiteral("FormFontSizeIndex"), num(s.FormFontSizeIndex));
-        settingsPut(QStringLiteral("FolderParent"), Value(s.FolderParent));
-        settingsPut(QStringLiteral("FolderName"), Value(s.FolderName));
-        settingsPut(QStringLiteral("FolderEntryID"), Value(s.FolderEntryID));
-        settingsPut(QStringLiteral("FolderStoreID"), Value(s.FolderStoreID));
-        settingsPut(QStringLiteral("freeMobileEntries"), num(s.freeMobileEntries));
-        settingsPut(QStringLiteral("DateRange"), num(s.DateRange));
-        settingsPut(QStringLiteral("ActiveAPP"), num(s.ActiveAPP));
+        auto num = [](int16_t v) { return Value(static_cast<int32_t>(v)); };
+        QList<RegEntry> entries;
+        const auto add = [&](const QString& name, const Value& value) { entries.append({KeySettings, name, value}); };
+        add(QStringLiteral("ReadOnStart"), num(s.ReadOnStart));
+        add(QStringLiteral("ReadOnStartvCard"), num(s.ReadOnStartvCard));
+        add(QStringLiteral("Autodel"), num(s.Autodel));
+        add(QStringLiteral("Sync"), num(s.Sync));
+        add(QStringLiteral("Sprache"), Value(s.Sprache));
+        add(QStringLiteral("DelDate"), Value(s.DelDate));
+        add(QStringLiteral("DelOption"), num(s.DelOption));
+        add(QStringLiteral("DelTermine"), num(s.DelTermine));
+        add(QStringLiteral("DelAnzahl"), num(s.DelAnzahl));
+        add(QStringLiteral("DelSerie"), num(s.DelSerie));
+        add(QStringLiteral("SyncTyp"), num(s.SyncTyp));
+        add(QStringLiteral("SyncTermine"), num(s.SyncTermine));
+        add(QStringLiteral("SyncZeitraum"), num(s.SyncZeitraum));
+        add(QStringLiteral("SyncAlarmAnzahl"), num(s.SyncAlarmAnzahl));
+        add(QStringLiteral("SaveTyp"), num(s.SaveTyp));
+        add(QStringLiteral("SyncEintraegeab"), Value(s.SyncEintraegeab));
+        add(QStringLiteral("SyncTageWochenMonate"), num(s.SyncTageWochenMonate));
+        add(QStringLiteral("SyncEintraegevonbis"), Value(s.SyncEintraegevonbis));
+        add(QStringLiteral("SyncnaechstenAnzahl"), num(s.SyncnaechstenAnzahl));
+        add(QStringLiteral("FormFont"), Value(s.FormFont));
+        add(QStringLiteral("FormFontSize"), Value(s.FormFontSize));
+        add(QStringLiteral("FormFontIndex"), num(s.FormFontIndex));
+        add(QStringLiteral("FormFontSizeIndex"), num(s.FormFontSizeIndex));
+        add(QStringLiteral("FolderParent"), Value(s.FolderParent));
+        add(QStringLiteral("FolderName"), Value(s.FolderName));
+        add(QStringLiteral("FolderEntryID"), Value(s.FolderEntryID));
+        add(QStringLiteral("FolderStoreID"), Value(s.FolderStoreID));
+        add(QStringLiteral("freeMobileEntries"), num(s.freeMobileEntries));
+        add(QStringLiteral("DateRange"), num(s.DateRange));
+        add(QStringLiteral("ActiveAPP"), num(s.ActiveAPP));
         // The size is taken from the window only in its normal state, so a maximised
         // or minimised window leaves the last normal size to be saved.
         if (const auto window = ctx.ui->mainWindowGeometry()) {
@@ -278,16 +271,26 @@ bool RegValSet(core::Context& ctx, bool skipPort) {
             }
             s.WindowState = window->state;
         }
-        settingsPut(QStringLiteral("WindowState"), num(s.WindowState));
-        settingsPut(QStringLiteral("Width"), num(s.Width));
-        settingsPut(QStringLiteral("Height"), num(s.Height));
-        settingsPut(QStringLiteral("Top"), num(s.Top));
-        settingsPut(QStringLiteral("Left"), num(s.Left));
-        settingsPut(QStringLiteral("Button_Width"), num(s.Button_Width));
+        add(QStringLiteral("WindowState"), num(s.WindowState));
+        add(QStringLiteral("Width"), num(s.Width));
+        add(QStringLiteral("Height"), num(s.Height));
+        add(QStringLiteral("Top"), num(s.Top));
+        add(QStringLiteral("Left"), num(s.Left));
+        add(QStringLiteral("Button_Width"), num(s.Button_Width));
+
+        RegFailure failure;
+        const qsizetype written = RegValuesPut(ctx, HKEY_LOCAL_MACHINE, entries, &failure);
+        if (written < entries.size()) {
+            current = entries[written].name;
+            core::raise(failure.number, QStringLiteral("RegValuePut"), failure.description);
+        }
         if (skipPort)
             return true;
-        put(HKEY_CURRENT_USER, KeySuite, QStringLiteral("PORT"), Value(s.PORT));
-        put(HKEY_LOCAL_MACHINE, KeySuite, QStringLiteral("PORT"), Value(s.PORT));
+        current = QStringLiteral("PORT");
+        for (const int32_t root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
+            if (!RegValuePut(ctx, root, KeySuite, current, Value(s.PORT), &failure) || failure.number != 0)
+                core::raise(failure.number, QStringLiteral("RegValuePut"), failure.description);
+        }
         return true;
     } catch (const core::TsrError& e) {
         showSettingsError(ctx, e, QStringLiteral("RegValSet"), current);

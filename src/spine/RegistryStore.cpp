@@ -158,6 +158,32 @@ bool RegValuePut(const core::Context& ctx, int32_t root, const QString& key, con
     return true;
 }
 
+qsizetype RegValuesPut(const core::Context& ctx, int32_t root, const QList<RegEntry>& entries, RegFailure* failure) {
+    const QString file = rootFile(ctx, root);
+    if (file.isEmpty() || !QFileInfo(file).isFile()) {
+        fail(failure, 2, QStringLiteral("The system cannot find the file specified."));
+        return 0;
+    }
+    QSettings store(file, QSettings::IniFormat);
+    qsizetype written = 0;
+    for (const RegEntry& e : entries) {
+        if (!keyPresent(store, e.key)) {
+            fail(failure, 2, QStringLiteral("The system cannot find the file specified."));
+            break;
+        }
+        store.beginGroup(groupOf(e.key));
+        store.setValue(e.name, encode(e.value));
+        store.endGroup();
+        ++written;
+    }
+    store.sync();
+    if (store.status() != QSettings::NoError) {
+        fail(failure, 5, QStringLiteral("Access is denied."));
+        return 0;
+    }
+    return written;
+}
+
 bool RegKeyEnsure(core::Context& ctx, int32_t root, const QString& key, const QString& keyClass) {
     if (RegKeyExists(ctx, root, key))
         return true;

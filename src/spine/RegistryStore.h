@@ -48,6 +48,16 @@ bool RegValueGet(const core::Context& ctx, int32_t root, const QString& key, con
 // True when the key exists and the write was attempted.
 bool RegValuePut(const core::Context& ctx, int32_t root, const QString& key, const QString& name,
                  const core::Value& value, RegFailure* failure = nullptr);
+// Several values of one root, put in order under RegValuePut's rules and written in
+// one go: a value whose key is missing stops the run there, and a file that cannot
+// be written fails at the first value. Returns how many were written.
+struct RegEntry {
+    QString key;
+    QString name;
+    core::Value value;
+};
+qsizetype RegValuesPut(const core::Context& ctx, int32_t root, const QList<RegEntry>& entries,
+                       RegFailure* failure = nullptr);
 // Creates the key when it is missing; a failed creation shows "Registry Error ..." and gives false.
 bool RegKeyEnsure(core::Context& ctx, int32_t root, const QString& key, const QString& keyClass);
 
