@@ -2,6 +2,7 @@
 #include "log/LogWrite.h"
 
 #include "core/ErrorReport.h"
+#include "formats/AllgemeinTime.h"
 
 #include <QRegularExpression>
 
@@ -42,14 +43,21 @@ QString text(const tables::Recordset& rs, const QString& field) {
     return rs.hasField(field) ? rs.value(field).toText() : QString();
 }
 
+// The entry's start time read as a typed time; what cannot be read gives the time now.
+Value startTime(core::Context& ctx, const tables::Recordset& entry) {
+    core::VbDate time;
+    formats::CreateTimeFromString(ctx, text(entry, QStringLiteral("StartTime")), time);
+    return Value(time);
+}
+
 using Cells = QList<QPair<QString, Value>>;
 
 // The entry's part of a log row. Read before the row is added, so that an entry
 // without a current row leaves no half row behind.
-Cells calendarCells(const core::Context& ctx, const tables::Recordset& entry) {
+Cells calendarCells(core::Context& ctx, const tables::Recordset& entry) {
     const Value start = entry.value(QStringLiteral("StartDate"));
     return {{QStringLiteral("Date"), start.isEmpty() ? Value() : Value(start.toDate())},
-            {QStringLiteral("Time"), logTimeFromText(ctx, text(entry, QStringLiteral("StartTime")))},
+            {QStringLiteral("Time"), startTime(ctx, entry)},
             {QStringLiteral("Text"), text(entry, QStringLiteral("Text"))},
             {QStringLiteral("Typ"), typText(ctx, text(entry, QStringLiteral("Typ")))}};
 }
@@ -71,49 +79,6 @@ QString logActionChanged(const core::Context& ctx) {
 }
 QString logActionDeleted(const core::Context& ctx) {
     return ctx.strings.text(531);
-}
-
-core::Value logTimeFromText(const core::Context& ctx, const QString& typed) {
-    const QString timeChar = ctx.formats.TimeChar.isEmpty() ? QStringLiteral(":") : ctx.formats.TimeChar;
-    const QStringList pieces = typed.simplified().split(u' ', Qt::SkipEmptyParts);
-    QString timePiece;
-    bool pm = false;
-    bool am = false;
-    for (const QString& p : pieces) {
-        if (p.contains(timeChar) && timePiece.isEmpty())
-            timePiece = p;
-        else if (p.compare(u"PM", Qt::CaseInsensitive) == 0 ||
-                 (!ctx.formats.TimeMarkPM.isEmpty() && p == ctx.formats.TimeMarkPM))
-            pm = true;
-        else if (p.compare(u"AM", Qt::CaseInsensitive) == 0 ||
-                 (!ctx.formats.TimeAM.isEmpty() && p == ctx.formats.TimeAM))
-            am = true;
-    }
-    if (timePiece.isEmpty())
-        return {};
-    const QStringList format = ctx.formats.TimeFormat.split(timeChar);
-    const QStringList values = timePiece.split(timeChar);
-    int hms[3] = {0, 0, 0};
-    bool any = false;
-    for (qsizetype i = 0; i < qMin(format.size(), values.size()); ++i) {
-        bool ok = false;
-        const int n = values[i].toInt(&ok);
-        if (!ok || format[i].isEmpty())
-            break;
-        const QChar kind = format[i].at(0).toLower();
-        const int slot = kind == u'h' ? 0 : kind == u'm' || kind == u'n' ? 1 : kind == u's' ? 2 : -1;
-        if (slot < 0)
-            break;
-        hms[slot] = n;
-        any = true;
-    }
-    if (!any || hms[0] > 23 || hms[1] > 59 || hms[2] > 59)
-        return {};
-    if (pm && hms[0] < 12)
-        hms[0] += 12;
-    else if (am && hms[0] == 12)
-        hms[0] = 0;
-    return Value(core::TimeSerial(hms[0], hms[1], hms[2]));
 }
 
 void logWriteError(core::Context& ctx, const core::TsrError& error, const QString& hint, const QString& modul,

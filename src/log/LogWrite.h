@@ -26,8 +26,4 @@ QString logActionCreated(const core::Context& ctx);
 QString logActionChanged(const core::Context& ctx);
 QString logActionDeleted(const core::Context& ctx);
 
-// A time the user typed ("14:30", "2:30 PM") as a time of day; Empty when the text
-// holds no time. Stands in for the formats layer's reading of typed times.
-core::Value logTimeFromText(const core::Context& ctx, const QString& text);
-
 } // namespace tsr::log

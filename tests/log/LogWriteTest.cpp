@@ -3,12 +3,13 @@
 // fields in the current language, and LogHasError follows the last transfer
 // except while an AutoSync or an editor's transfer runs.
 #include "log/LogWrite.h"
+
 #include "core/ErrorReport.h"
 #include "log/LogFixture.h"
+#include <cmath>
 
 using namespace tsr;
 using core::TsrError;
-using core::Value;
 
 namespace {
 
@@ -106,8 +107,6 @@ TEST_F(LogWriteTest, CalendarTypesAndUnknownType) {
         t.moveLast();
         EXPECT_EQ(field(t, u"Typ"), QString::fromUtf16(shown)) << "type " << QString::fromUtf16(typ).toStdString();
         EXPECT_EQ(field(t, u"Action"), QStringLiteral("changed"));
-        // No time given: the time stays empty.
-        EXPECT_TRUE(t.value(QStringLiteral("Time")).isEmpty());
     }
 }
 
@@ -216,19 +215,22 @@ TEST_F(LogWriteTest, EntryWithoutCurrentRowLeavesNoRow) {
     EXPECT_TRUE(ctx.log.LogStart.isEmpty());
 }
 
-// Typed times in the user's format, with the day-half marks; no time reads as empty.
-TEST_F(LogWriteTest, TimeTextReadsInTheUsersFormat) {
-    auto time = [&](const char16_t* s) { return log::logTimeFromText(ctx, QString::fromUtf16(s)); };
-    EXPECT_EQ(time(u"14:30"), Value(core::TimeSerial(14, 30, 0)));
-    EXPECT_EQ(time(u"07:05:09"), Value(core::TimeSerial(7, 5, 9)));
-    EXPECT_EQ(time(u"2:30 PM"), Value(core::TimeSerial(14, 30, 0)));
-    EXPECT_EQ(time(u"12:10 AM"), Value(core::TimeSerial(0, 10, 0)));
-    EXPECT_TRUE(time(u"").isEmpty());
-    EXPECT_TRUE(time(u"1430").isEmpty());
-    EXPECT_TRUE(time(u"25:00").isEmpty());
+// The entry's time is read as a typed time in the user's format; what is not typed comes from the time now.
+TEST_F(LogWriteTest, EntryTimeReadsInTheUsersFormat) {
+    auto loggedTime = [&](const QString& typed) {
+        addCalendarEntry(core::DateSerial(2026, 1, 1), typed, QString(), QStringLiteral("t"));
+        logEntry(calendar, QStringLiteral("Mobile"), QStringLiteral("created"));
+        ctx.tables.LogCalendar->moveLast();
+        // In whole seconds of the day: the reading works on the floating day count.
+        return std::lround(ctx.tables.LogCalendar->value(QStringLiteral("Time")).toDate().value * 86400);
+    };
+    auto seconds = [](int h, int m, int s) { return long(h * 3600 + m * 60 + s); };
+    EXPECT_EQ(loggedTime(QStringLiteral("07:05:09")), seconds(7, 5, 9));
+    EXPECT_EQ(loggedTime(QString()), seconds(9, 26, 53));
     ctx.formats.TimeFormat = QStringLiteral("hh.mm");
     ctx.formats.TimeChar = QStringLiteral(".");
-    EXPECT_EQ(time(u"18.45"), Value(core::TimeSerial(18, 45, 0)));
+    // The seconds the format leaves out come from the time now.
+    EXPECT_EQ(loggedTime(QStringLiteral("18.45")), seconds(18, 45, 53));
 }
 
 } // namespace
