@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Calendar matching (vCalFindCompare in Verwaltung, the identity test and the
-// text cut in Allgemein, the merges in vCal). The rule is asymmetric on purpose
+// text cut in Allgemein). The rule is asymmetric on purpose
 // in the category test and the text cut; both are kept as they are.
 #include "sync/vCalMatch.h"
 
 #include "core/ErrorReport.h"
 #include "formats/Allgemein.h"
+#include "formats/vCal.h"
 #include "tables/TSRADODB.h"
 
 namespace tsr::sync {
@@ -95,12 +96,6 @@ bool identityTest(const Recordset& r, const Recordset& e, const QString& idField
     return (!rUid.isEmpty() && !eUid.isEmpty() && rUid == eUid) || (!rId.isEmpty() && !eId.isEmpty() && rId == eId);
 }
 
-void copyFields(Recordset& target, const Recordset& source, std::initializer_list<const char16_t*> fields) {
-    for (const char16_t* f : fields) {
-        const QString name = QString::fromUtf16(f);
-        target.setValue(name, source.value(name));
-    }
-}
 } // namespace
 
 bool vCalFindCompare(core::Context& ctx, Recordset& table, Recordset& entry, core::VbDate& SearchDate) {
@@ -163,37 +158,15 @@ void vcalTextCheck(core::Context& ctx, Recordset& row) {
     });
 }
 
-void vCalSyncOutlookEntry(core::Context& ctx, Recordset& table, const Recordset& entry) {
-    core::guarded(ctx, QStringLiteral("vCal"), QStringLiteral("vCalSyncOutlookEntry"), [&] {
-        // The row keeps the phone's text; the PIM's subject stays apart in PIMText.
-        copyFields(table, entry, {u"UID", u"PIMText", u"PIM"});
-        table.setValue(QStringLiteral("EntryType"), int32_t(3));
-        copyFields(table, entry, {u"PIMnew"});
-        table.update();
-    });
-}
-
-void vCalSyncMobileEntry(core::Context& ctx, Recordset& table, const Recordset& entry) {
-    core::guarded(ctx, QStringLiteral("vCal"), QStringLiteral("vCalSyncMobileEntry"), [&] {
-        // Whichever side was read first, the phone's text, end and alarms stand.
-        copyFields(table, entry, {u"EntryID", u"SubType", u"Text", u"Mobile"});
-        table.setValue(QStringLiteral("EntryType"), int32_t(3));
-        copyFields(table, entry,
-                   {u"Typ", u"AnniversaryStatus", u"MeetingStatus", u"PhoneCallStatus", u"DTEnd", u"EndDate",
-                    u"EndTime", u"EntryFile", u"AAlarmFlag", u"AAlarm", u"DAlarmFlag", u"DAlarm", u"Alarm"});
-        table.update();
-    });
-}
-
 bool admitCalendarEntry(core::Context& ctx, Recordset& table, Recordset& entry, ReadSide side) {
     const bool otherRead = side == ReadSide::Mobile ? ctx.read.vCalPIMRead && ctx.read.vCalPIMCount > 0
                                                     : ctx.read.vCalMobileRead && ctx.read.vCalMobileCount > 0;
     core::VbDate noDate;
     if (otherRead && vCalFindCompare(ctx, table, entry, noDate)) {
         if (side == ReadSide::Mobile)
-            vCalSyncMobileEntry(ctx, table, entry);
+            formats::vCalSyncMobileEntry(ctx, table, entry);
         else
-            vCalSyncOutlookEntry(ctx, table, entry);
+            formats::vCalSyncOutlookEntry(ctx, table, entry);
         return true;
     }
     core::guarded(ctx, kVerwaltung, QStringLiteral("admitCalendarEntry"), [&] {

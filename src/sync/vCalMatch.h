@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Pairing a freshly read calendar entry with the row of the other side that
-// stands for the same appointment, and the two merges of a found pair. The
+// stands for the same appointment (the merges of a found pair are the format's). The
 // pairing is never stored: it is found anew from the contents at each read.
 #pragma once
 
@@ -18,10 +18,6 @@ bool vCalFindCompare(core::Context& ctx, tables::Recordset& table, tables::Recor
 bool vcalCheckbeforecompare(core::Context& ctx, const tables::Recordset& tableRow, const tables::Recordset& entry);
 // Cuts the row's Text to what the phone keeps, and Description with it.
 void vcalTextCheck(core::Context& ctx, tables::Recordset& row);
-
-// The merges into the matched (current) row of `table`, from the fresh entry.
-void vCalSyncOutlookEntry(core::Context& ctx, tables::Recordset& table, const tables::Recordset& entry);
-void vCalSyncMobileEntry(core::Context& ctx, tables::Recordset& table, const tables::Recordset& entry);
 
 // Which side a read road reads.
 enum class ReadSide { Mobile, PIM };

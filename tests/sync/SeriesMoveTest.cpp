@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "sync/SeriesMove.h"
+#include "SyncTestSupport.h"
+
+using namespace tsr;
+using namespace tsr::sync;
+using core::DateSerial;
+using core::VbDate;
+using test::SyncTest;
+
+namespace {
+class SeriesMove : public SyncTest {
+protected:
+    SeriesMove() {
+        // The period: December 2026.
+        ctx.flags.GlobalStartDate = DateSerial(2026, 12, 1);
+        ctx.flags.GlobalEndDate = VbDate(DateSerial(2026, 12, 31).value + core::TimeSerial(23, 59, 59).value);
+    }
+    // A series row starting on `start` at 09:30, ending a day later at 11:00.
+    void addSeries(const QString& kind, VbDate start, int64_t mask = 0, VbDate patt = VbDate()) {
+        addCalendarRow(cal(), {{u"ISRecurring", true},
+                               {u"RecurrenceType", kind},
+                               {u"Weekdaymask", mask},
+                               {u"PIMRecPatt", patt},
+                               {u"StartDate", start},
+                               {u"StartTime", u"09:30:00"},
+                               {u"Start", VbDate(start.value + 0.5)},
+                               {u"StartEndDiff", int64_t(1)},
+                               {u"EndTime", core::TimeSerial(11, 0, 0)},
+                               {u"DAlarmFlag", true},
+                               {u"DAlarm", VbDate(start.value - 1 + 0.75)}});
+    }
+    VbDate date(const char16_t* field) { return cal().value(QString::fromUtf16(field)).toDate(); }
+};
+} // namespace
+
+// A daily, monthly and yearly series each lands on its first occurrence in the
+// period, with start, end and alarm moved along; the pattern start stays.
+TEST_F(SeriesMove, KindsMoveToTheirFirstOccurrence) {
+    addSeries(QStringLiteral("D"), DateSerial(2026, 11, 20));
+    addSeries(QStringLiteral("M"), DateSerial(2026, 3, 15));
+    addSeries(QStringLiteral("Y"), DateSerial(2020, 12, 24), 0, DateSerial(2020, 12, 24));
+    calcnewStartDateSerie(ctx, cal());
+
+    cal().moveFirst();
+    EXPECT_EQ(date(u"StartDate"), DateSerial(2026, 12, 1));
+    EXPECT_EQ(date(u"Start"), VbDate(DateSerial(2026, 12, 1).value + core::TimeSerial(9, 30, 0).value));
+    EXPECT_EQ(date(u"DTStart"), date(u"Start"));
+    EXPECT_EQ(date(u"EndDate"), DateSerial(2026, 12, 2));
+    EXPECT_EQ(date(u"DTEnd"), VbDate(DateSerial(2026, 12, 2).value + core::TimeSerial(11, 0, 0).value));
+    // The alarm the evening before keeps its time and its distance to the start.
+    EXPECT_EQ(date(u"DAlarm"), VbDate(DateSerial(2026, 11, 30).value + 0.75));
+    cal().moveNext();
+    EXPECT_EQ(date(u"StartDate"), DateSerial(2026, 12, 15));
+    cal().moveNext();
+    EXPECT_EQ(date(u"StartDate"), DateSerial(2026, 12, 24));
+    EXPECT_EQ(date(u"PIMRecPatt"), DateSerial(2020, 12, 24));
+}
+
+// Rows that start inside the period, single entries and a series without an
+// occurrence in the period stay as they are; the cursor stays on its row.
+TEST_F(SeriesMove, RowsThatDoNotMoveAndThePosition) {
+    addSeries(QStringLiteral("D"), DateSerial(2026, 12, 5));
+    addCalendarRow(cal(), {{u"StartDate", DateSerial(2026, 1, 1)}, {u"RecurrenceType", u"D"}});
+    addSeries(QStringLiteral("Y"), DateSerial(2026, 2, 10));
+    cal().setAbsolutePosition(2);
+    calcnewStartDateSerie(ctx, cal());
+    EXPECT_EQ(cal().absolutePosition(), 2);
+    cal().moveFirst();
+    EXPECT_EQ(date(u"StartDate"), DateSerial(2026, 12, 5));
+    cal().moveNext();
+    EXPECT_EQ(date(u"StartDate"), DateSerial(2026, 1, 1));
+    cal().moveNext();
+    EXPECT_EQ(date(u"StartDate"), DateSerial(2026, 2, 10));
+}
+
+// A weekly series of one day steps by weeks and leaves StartasText alone; one of
+// several days lands on the first day of its mask in the period and writes StartasText.
+TEST_F(SeriesMove, WeeklySeries) {
+    const VbDate monday = DateSerial(2026, 10, 5);
+    addSeries(QStringLiteral("W"), monday, 2);
+    cal().setValue(QStringLiteral("StartasText"), QStringLiteral("old"));
+    // Thursday and Saturday; 1 December 2026 is a Tuesday.
+    addSeries(QStringLiteral("W"), monday, 16 + 64);
+    // No mask: the start's weekday is taken (Monday).
+    addSeries(QStringLiteral("W"), monday, 0);
+    calcnewStartDateSerie(ctx, cal());
+
+    cal().moveFirst();
+    EXPECT_EQ(date(u"StartDate"), DateSerial(2026, 12, 7));
+    EXPECT_EQ(test::textOf(cal(), u"StartasText"), QStringLiteral("old"));
+    cal().moveNext();
+    EXPECT_EQ(date(u"StartDate"), DateSerial(2026, 12, 3));
+    EXPECT_EQ(test::textOf(cal(), u"StartasText"), cal().dateAsText(date(u"Start")));
+    cal().moveNext();
+    EXPECT_EQ(cal().value(QStringLiteral("Weekdaymask")).toInt64(), 2);
+    EXPECT_EQ(date(u"StartDate"), DateSerial(2026, 12, 7));
+}
+
+// The counts look at EntryType only and keep the cursor; the old start is kept.
+TEST_F(SeriesMove, CountsAndOldStart) {
+    for (int type : {1, 2, 3, 2, 3, 3})
+        addCalendarRow(cal(), {{u"EntryType", int32_t(type)}, {u"StartDate", DateSerial(2026, 1, type)}});
+    cal().setAbsolutePosition(4);
+    EXPECT_EQ(CountMobileOnlyRows(ctx, cal()), 2);
+    EXPECT_EQ(CountPairedRows(ctx, cal()), 3);
+    EXPECT_EQ(cal().absolutePosition(), 4);
+    auto empty = makeCalendar(QStringLiteral("empty"));
+    EXPECT_EQ(CountPairedRows(ctx, *empty), 0);
+    CopyonFirstRec(ctx, cal());
+    EXPECT_EQ(date(u"altesStartDate"), DateSerial(2026, 1, 2));
+}
