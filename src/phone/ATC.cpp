@@ -3,8 +3,10 @@
 
 #include "core/ErrorReport.h"
 #include "core/Numbers.h"
+#include "log/LogWrite.h"
 #include "phone/ATCServer.h"
 #include "phone/ComDrvCode.h"
+#include "phone/MobileSave.h"
 #include "tables/Recordset.h"
 
 namespace tsr::phone {
@@ -24,6 +26,22 @@ ATCServer& guard(core::Context& ctx) {
 bool currentRowOnMobile(core::Context& ctx) {
     const tables::Recordset* rs = ctx.tables.RSCalendar.get();
     return rs && rs->recordCount() > 0 && rs->value(QStringLiteral("Mobile")).toBool();
+}
+
+// The phone holds one entry less; the flag that it holds rows follows the count.
+void lowerMobileCount(core::Context& ctx) {
+    ctx.read.vCalMobileCount -= 1;
+    ctx.read.vCalMobileRead = ctx.read.vCalMobileCount >= 0;
+}
+
+// Appends a copy of the source's current row to `target`, field by field where the names meet.
+void appendCopy(tables::Recordset& target, const tables::Recordset& source) {
+    target.addNew();
+    for (int i = 0; i < source.fieldCount(); ++i) {
+        const QString name = source.fieldName(i);
+        if (target.hasField(name))
+            target.setValue(name, source.value(i));
+    }
 }
 
 } // namespace
@@ -92,6 +110,41 @@ bool ATCWriteAppointment(core::Context& ctx, const QByteArray& text, const QStri
             server.DeleteEntry(index);
         server.WriteEntry(index, text);
         return true;
+    });
+}
+
+bool ATCRemoveEntryFromMobile(core::Context& ctx, tables::Recordset& row) {
+    return core::guarded(ctx, kATC, QStringLiteral("ATCRemoveEntryFromMobile"), false, [&] {
+        ATCServer& server = guard(ctx);
+        if (ctx.settings.SaveTyp != 1 && !ctx.flags.GlobalTransferRun) {
+            // Changes are kept back: the delete waits in the pending table for the next transfer run.
+            row.setValue(QStringLiteral("TransferMode"), int32_t(2));
+            row.setValue(QStringLiteral("Transfernew"), int32_t(2));
+            row.update();
+            tables::Recordset& pending = *ctx.tables.RSCalendarPending;
+            appendCopy(pending, row);
+            pending.setValue(QStringLiteral("PIM"), false);
+            pending.setValue(QStringLiteral("Mobile"), true);
+            pending.update();
+            vcalSaveKontrolle(ctx, pending, row.value(QStringLiteral("EntryID")).toText(), false);
+            ctx.tools.setEnabled(QStringLiteral("TSRTools"), QStringLiteral("TSRSave"), pending.recordCount() > 0);
+            lowerMobileCount(ctx);
+            return true;
+        }
+        bool result = false;
+        if (row.value(QStringLiteral("Recordset")).toText() == QLatin1String("RSCalendar")) {
+            const int index = row.value(QStringLiteral("SubType")).toInt32();
+            dumpItem(QString(), QString::number(index), QByteArray(), QStringLiteral("Delete:"));
+            server.DeleteEntry(index);
+            result = true;
+            if (!ctx.flags.GlobalTransferRun)
+                lowerMobileCount(ctx);
+        }
+        ctx.log.LogTransfer = QStringLiteral("Mobile");
+        ctx.log.LogAction = log::logActionDeleted(ctx);
+        log::logWriteEntry(ctx, row, core::TsrError(), QStringLiteral("Mobile"),
+                           QStringLiteral("RemoveEntryFromMobile"));
+        return result;
     });
 }
 

@@ -49,7 +49,7 @@ QString devicePathForPort(const QString& port) {
     return p;
 }
 
-ATCServer::ATCServer() = default;
+ATCServer::ATCServer(QString defaultPort) : m_port(std::move(defaultPort)) {}
 
 ATCServer::~ATCServer() {
     closeDevice();
@@ -60,6 +60,7 @@ void ATCServer::setPort(const QString& port) {
         return;
     closeDevice();
     m_port = port;
+    ++m_portChanges;
 }
 
 bool ATCServer::isOpen() const {
@@ -107,21 +108,26 @@ void ATCServer::openDevice() {
     transact(QByteArrayLiteral("AT+CMEE=1"), -1, nullptr);
 }
 
+bool ATCServer::lineIsDead() const {
+    // A timeout is the phone's silence; any other failure of the device is a broken line.
+    const auto error = m_serial->error();
+    return error != QSerialPort::NoError && error != QSerialPort::TimeoutError;
+}
+
 void ATCServer::waitForData(qint64 deadline, const QByteArray& cmd) {
     const qint64 remaining = deadline - QDeadlineTimer::current().deadline();
     if (remaining <= 0 || !m_serial->waitForReadyRead(int(remaining))) {
-        if (m_serial->error() == QSerialPort::ResourceError || m_serial->error() == QSerialPort::ReadError) {
+        if (lineIsDead()) {
             const QString text = m_serial->errorString();
             closeDevice();
-            fail(atc::ServerGone, QStringLiteral("The line to the mobile broke during %1: %2")
-                                      .arg(QString::fromLatin1(cmd), text));
+            fail(atc::ServerGone,
+                 QStringLiteral("The line to the mobile broke during %1: %2").arg(QString::fromLatin1(cmd), text));
         }
         if (QDeadlineTimer::current().deadline() >= deadline) {
             // Whatever still comes belongs to this command: start the next one on a fresh line.
             closeDevice();
-            fail(atc::NotResponding, QStringLiteral("No answer to %1 within %2 ms")
-                                         .arg(QString::fromLatin1(cmd))
-                                         .arg(m_timeoutMs));
+            fail(atc::NotResponding,
+                 QStringLiteral("No answer to %1 within %2 ms").arg(QString::fromLatin1(cmd)).arg(m_timeoutMs));
         }
         return;
     }
@@ -137,13 +143,14 @@ void ATCServer::sendAll(const QByteArray& bytes, qint64 deadline) {
     while (m_serial->bytesToWrite() > 0) {
         const qint64 remaining = deadline - QDeadlineTimer::current().deadline();
         if (remaining <= 0 || !m_serial->waitForBytesWritten(int(remaining))) {
-            const bool dead = m_serial->error() == QSerialPort::ResourceError ||
-                              m_serial->error() == QSerialPort::WriteError;
+            const bool dead = lineIsDead();
             const QString text = m_serial->errorString();
             closeDevice();
             if (dead)
                 fail(atc::ServerGone, QStringLiteral("The line to the mobile broke: %1").arg(text));
-            fail(atc::NotResponding, QStringLiteral("The mobile does not take data within %1 ms").arg(m_timeoutMs));
+            fail(atc::NotResponding, QStringLiteral("The mobile does not take data within %1 ms (%2)")
+                                         .arg(m_timeoutMs)
+                                         .arg(int(m_serial ? m_serial->error() : 0)));
         }
     }
 }
@@ -181,8 +188,8 @@ ATCServer::Reply ATCServer::transact(const QByteArray& cmd, int payloadFor, cons
             continue;
         if (line == "OK") {
             if (upload)
-                fail(atc::GeneralFailure, QStringLiteral("The mobile did not ask for the record of %1")
-                                              .arg(QString::fromLatin1(cmd)));
+                fail(atc::GeneralFailure,
+                     QStringLiteral("The mobile did not ask for the record of %1").arg(QString::fromLatin1(cmd)));
             return reply;
         }
         if (line == "ERROR")
@@ -192,15 +199,16 @@ ATCServer::Reply ATCServer::transact(const QByteArray& cmd, int payloadFor, cons
         if (payloadFor >= 0 && line.startsWith(payloadPrefix)) {
             const QList<int> header = numbersAfter(line, payloadPrefix);
             if (header.size() != 2 || header[0] != payloadFor || header[1] < 0)
-                fail(atc::GeneralFailure, QStringLiteral("Unexpected record header: %1").arg(QString::fromLatin1(line)));
+                fail(atc::GeneralFailure,
+                     QStringLiteral("Unexpected record header: %1").arg(QString::fromLatin1(line)));
             const qsizetype length = header[1];
             if (length > 0) {
                 // The block follows the header's CR LF at once and ends with a CR LF of its own.
                 while (m_buffer.size() < length + 2)
                     waitForData(deadline, cmd);
                 if (m_buffer.mid(length, 2) != "\r\n")
-                    fail(atc::GeneralFailure, QStringLiteral("The record of %1 is not framed as announced")
-                                                  .arg(QString::fromLatin1(cmd)));
+                    fail(atc::GeneralFailure,
+                         QStringLiteral("The record of %1 is not framed as announced").arg(QString::fromLatin1(cmd)));
                 reply.payload = m_buffer.left(length);
                 m_buffer.remove(0, length + 2);
             }
@@ -251,8 +259,8 @@ void ATCServer::ReadEntry(int index, QByteArray& text) {
 
 void ATCServer::WriteEntry(int index, const QByteArray& text) {
     ensureOpen();
-    const QByteArray cmd = "AT$ORGW=" + QByteArray::number(atc::CalendarStore) + ',' + QByteArray::number(index) +
-                           ',' + QByteArray::number(text.size());
+    const QByteArray cmd = "AT$ORGW=" + QByteArray::number(atc::CalendarStore) + ',' + QByteArray::number(index) + ',' +
+                           QByteArray::number(text.size());
     transact(cmd, -1, &text);
 }
 

@@ -32,7 +32,8 @@ QString devicePathForPort(const QString& port);
 
 class ATCServer {
 public:
-    ATCServer();
+    // `defaultPort` is the server's own port until it is given another.
+    explicit ATCServer(QString defaultPort = QStringLiteral("COM1"));
     ~ATCServer();
     ATCServer(const ATCServer&) = delete;
     ATCServer& operator=(const ATCServer&) = delete;
@@ -40,6 +41,8 @@ public:
     // Port (set): a new port closes the device; the next operation opens the new one.
     void setPort(const QString& port);
     QString port() const { return m_port; }
+    // How often the port was set to a different one.
+    int portChanges() const { return m_portChanges; }
     // How long one command may wait for its final result, in milliseconds.
     void setTimeOut(int milliseconds) { m_timeoutMs = milliseconds < 1 ? 1 : milliseconds; }
     int timeOut() const { return m_timeoutMs; }
@@ -69,6 +72,7 @@ private:
     QString identification(const QByteArray& cmd);
     // Waits for more bytes until the deadline; raises 0x80010001 when it passes, 462 on a dead line.
     void waitForData(qint64 deadline, const QByteArray& cmd);
+    bool lineIsDead() const;
     void sendAll(const QByteArray& bytes, qint64 deadline);
     [[noreturn]] void fail(int32_t number, const QString& description);
 
@@ -77,6 +81,7 @@ private:
     QByteArray m_buffer;
     int m_timeoutMs = 7500;
     int m_commands = 0;
+    int m_portChanges = 0;
 };
 
 } // namespace tsr::phone

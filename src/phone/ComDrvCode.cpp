@@ -20,8 +20,12 @@ const QString kGDX = QStringLiteral("GDX");
 } // namespace
 
 ATCServer& atcServer(core::Context& ctx) {
-    if (!ctx.servers.ATCServer)
-        ctx.servers.ATCServer = std::make_shared<ATCServer>();
+    if (!ctx.servers.ATCServer) {
+        // Like a server with a configuration of its own, a new one starts on the suite's port;
+        // SetATCPort gives it another only when ATCPort changed.
+        GetATCPort(ctx);
+        ctx.servers.ATCServer = std::make_shared<ATCServer>(ctx.phone.ATCPort);
+    }
     ctx.servers.ATCServer->setTimeOut(ctx.flags.GlobalTimeOut);
     return *ctx.servers.ATCServer;
 }
@@ -106,11 +110,10 @@ int LoadPortList(core::Context& ctx, PortEnumerator* enumerator, CommProbe& comm
 }
 
 QString machineSettingsFile(const core::Context& ctx) {
-    const QString folder =
-        !ctx.options.config.isEmpty()
-            ? ctx.options.config
-            : QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-                  QStringLiteral("/Orvane/Halvorix 5.0");
+    const QString folder = !ctx.options.config.isEmpty()
+                               ? ctx.options.config
+                               : QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                                     QStringLiteral("/Orvane/Halvorix 5.0");
     return QDir(folder).filePath(QStringLiteral("machine.ini"));
 }
 
@@ -153,11 +156,20 @@ QByteArray dumpLine(const QString& path, const QString& file, const QByteArray& 
         out.reserve(in.size());
         for (const char c : in) {
             switch (c) {
-            case '\\': out += "\\\\"; break;
-            case '\t': out += "\\t"; break;
-            case '\r': out += "\\r"; break;
-            case '\n': out += "\\n"; break;
-            default: out += c;
+            case '\\':
+                out += "\\\\";
+                break;
+            case '\t':
+                out += "\\t";
+                break;
+            case '\r':
+                out += "\\r";
+                break;
+            case '\n':
+                out += "\\n";
+                break;
+            default:
+                out += c;
             }
         }
         return out;

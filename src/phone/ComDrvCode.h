@@ -13,8 +13,9 @@ namespace tsr::phone {
 
 class ATCServer;
 
-// The AT-command server in its slot; an empty slot gets a fresh server first.
-// The server waits GlobalTimeOut milliseconds for each answer.
+// The AT-command server in its slot; an empty slot gets a fresh server first,
+// which starts on the suite's port. The server waits GlobalTimeOut milliseconds
+// for each answer.
 ATCServer& atcServer(core::Context& ctx);
 
 bool InitComm(core::Context& ctx);

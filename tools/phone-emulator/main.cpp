@@ -174,8 +174,26 @@ int main(int argc, char** argv) {
     std::string journalPath;
     long baud = 115200;
     long latencyMs = 0;
-    enum { Dir = 1, Link, Manu, Model, Rev, Serial, First, Last, MaxRec, Baud, Latency, Journal, Cme, PlainErr, Silent, Break,
-           Busy, Help };
+    enum {
+        Dir = 1,
+        Link,
+        Manu,
+        Model,
+        Rev,
+        Serial,
+        First,
+        Last,
+        MaxRec,
+        Baud,
+        Latency,
+        Journal,
+        Cme,
+        PlainErr,
+        Silent,
+        Break,
+        Busy,
+        Help
+    };
     const option options[] = {{"dir", required_argument, nullptr, Dir},
                               {"link", required_argument, nullptr, Link},
                               {"manufacturer", required_argument, nullptr, Manu},
@@ -199,20 +217,48 @@ int main(int argc, char** argv) {
     while ((opt = getopt_long(argc, argv, "", options, nullptr)) != -1) {
         Fault fault{};
         switch (opt) {
-        case Dir: setup.folder = optarg; break;
-        case Link: link = optarg; break;
-        case Manu: setup.manufacturer = optarg; break;
-        case Model: setup.model = optarg; break;
-        case Rev: setup.revision = optarg; break;
-        case Serial: setup.serial = optarg; break;
-        case First: setup.first = std::atoi(optarg); break;
-        case Last: setup.last = std::atoi(optarg); break;
-        case MaxRec: setup.maxRecord = std::atoi(optarg); break;
-        case Baud: baud = std::atol(optarg); break;
-        case Latency: latencyMs = std::atol(optarg); break;
-        case Journal: journalPath = optarg; break;
-        case Busy: setup.busy = true; break;
-        case Help: std::cout << kUsage; return 0;
+        case Dir:
+            setup.folder = optarg;
+            break;
+        case Link:
+            link = optarg;
+            break;
+        case Manu:
+            setup.manufacturer = optarg;
+            break;
+        case Model:
+            setup.model = optarg;
+            break;
+        case Rev:
+            setup.revision = optarg;
+            break;
+        case Serial:
+            setup.serial = optarg;
+            break;
+        case First:
+            setup.first = std::atoi(optarg);
+            break;
+        case Last:
+            setup.last = std::atoi(optarg);
+            break;
+        case MaxRec:
+            setup.maxRecord = std::atoi(optarg);
+            break;
+        case Baud:
+            baud = std::atol(optarg);
+            break;
+        case Latency:
+            latencyMs = std::atol(optarg);
+            break;
+        case Journal:
+            journalPath = optarg;
+            break;
+        case Busy:
+            setup.busy = true;
+            break;
+        case Help:
+            std::cout << kUsage;
+            return 0;
         case Silent:
         case PlainErr:
             fault.kind = opt == Silent ? Fault::Kind::Silence : Fault::Kind::PlainError;
@@ -228,7 +274,9 @@ int main(int argc, char** argv) {
             }
             setup.faults.push_back(fault);
             break;
-        default: std::cerr << kUsage; return 2;
+        default:
+            std::cerr << kUsage;
+            return 2;
         }
     }
     if (setup.folder.empty() || setup.first < 0 || setup.last < setup.first || baud < 0 || latencyMs < 0) {
@@ -251,9 +299,9 @@ int main(int argc, char** argv) {
         return 1;
     }
 
-    std::string pending;         // the command line being received, or the record of a write
-    long long unitStart = 0;     // when its first byte came
-    long uploadLeft = -1;        // bytes of a record still to come after a write prompt
+    std::string pending;     // the command line being received, or the record of a write
+    long long unitStart = 0; // when its first byte came
+    long uploadLeft = -1;    // bytes of a record still to come after a write prompt
     char buf[4096];
     while (!g_stop) {
         pollfd p{line.master, POLLIN, 0};

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The phone emulator as a real process for tests: started with the given
+// options, its device reached through a link in a temporary folder, its
+// records seeded and inspected as files.
+#pragma once
+
+#include <QByteArray>
+#include <QProcess>
+#include <QStringList>
+#include <QTemporaryDir>
+
+namespace tsr::test {
+
+class EmulatedPhone {
+public:
+    // Starts the emulator with `options` added to --dir, --link and --journal; a fast,
+    // unpaced line unless the options say otherwise.
+    explicit EmulatedPhone(const QStringList& options = {});
+    ~EmulatedPhone();
+    EmulatedPhone(const EmulatedPhone&) = delete;
+    EmulatedPhone& operator=(const EmulatedPhone&) = delete;
+
+    bool running() const { return m_process.state() == QProcess::Running; }
+    // The link that always names the current device.
+    QString link() const { return m_dir.filePath(QStringLiteral("device")); }
+    // The devices the emulator announced so far (a broken line opens a new one),
+    // waiting up to two seconds until there are at least `atLeast`.
+    QStringList devices(int atLeast = 1);
+
+    void seed(int index, const QByteArray& record);
+    bool hasRecord(int index) const;
+    QByteArray record(int index) const;
+    // The command lines the emulator received, in order.
+    QStringList journal() const;
+    void clearJournal();
+
+    void kill();
+    static QString program();
+
+private:
+    QString recordPath(int index) const;
+
+    QTemporaryDir m_dir;
+    QProcess m_process;
+    QStringList m_devices;
+};
+
+} // namespace tsr::test

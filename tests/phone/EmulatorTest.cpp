@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The emulator program itself: its help, its line rate and a host that comes and goes.
+#include "phone/ATCServer.h"
+#include "phone/EmulatedPhone.h"
+
+#include <QElapsedTimer>
+#include <QProcess>
+#include <gtest/gtest.h>
+
+using tsr::phone::ATCServer;
+using tsr::test::EmulatedPhone;
+
+// --help tells the options and ends well; a missing folder is refused with a usage text.
+TEST(PhoneEmulator, HelpAndBadArguments) {
+    QProcess help;
+    help.start(EmulatedPhone::program(), {QStringLiteral("--help")});
+    ASSERT_TRUE(help.waitForFinished(5000));
+    EXPECT_EQ(help.exitCode(), 0);
+    const QString text = QString::fromLocal8Bit(help.readAllStandardOutput());
+    for (const char* option : {"--dir", "--link", "--baud", "--latency", "--cme", "--silent", "--break-after", "--busy",
+                               "--first", "--last", "--manufacturer", "--model"})
+        EXPECT_TRUE(text.contains(QString::fromLatin1(option))) << option;
+
+    QProcess bad;
+    bad.start(EmulatedPhone::program(), {QStringLiteral("--last"), QStringLiteral("5")});
+    ASSERT_TRUE(bad.waitForFinished(5000));
+    EXPECT_EQ(bad.exitCode(), 2);
+}
+
+// At a given baud rate a record takes at least its ten bit times a byte to arrive, and not much more.
+TEST(PhoneEmulator, PacesItsOutputAtTheLineRate) {
+    EmulatedPhone phone({QStringLiteral("--baud"), QStringLiteral("57600")});
+    phone.seed(1, QByteArray(2880, 'x'));
+    ATCServer server;
+    server.setPort(phone.link());
+    server.Model();
+    QElapsedTimer clock;
+    clock.start();
+    QByteArray text;
+    server.ReadEntry(1, text);
+    const qint64 ms = clock.elapsed();
+    EXPECT_EQ(text.size(), 2880);
+    EXPECT_GE(ms, 500) << "2,880 bytes at 5,760 bytes a second";
+    EXPECT_LT(ms, 800);
+}
+
+// A host that closes the device and comes back finds the phone as it left it.
+TEST(PhoneEmulator, SurvivesAHostThatGoesAndComesBack) {
+    EmulatedPhone phone;
+    phone.seed(2, "two");
+    for (int round = 0; round < 3; ++round) {
+        ATCServer server;
+        server.setPort(phone.link());
+        QByteArray text;
+        server.ReadEntry(2, text);
+        EXPECT_EQ(text, QByteArray("two")) << "round " << round;
+        server.WriteEntry(3 + round, "more");
+    }
+    EXPECT_TRUE(phone.running());
+    EXPECT_EQ(phone.devices().size(), 1);
+    EXPECT_TRUE(phone.hasRecord(5));
+}
