@@ -1,44 +1,31 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A context with the log tables made and a fixed clock, and small entry tables
-// whose leading fields follow the calendar and contact rows.
+// A context with all tables made as at start-up and a fixed clock, and helpers
+// that add entries and log their transfers.
 #pragma once
 
 #include "core/Context.h"
-#include "log/LogInit.h"
 #include "log/LogWrite.h"
 #include "support/ScriptedUi.h"
+#include "tables/TSRADODB.h"
 
 #include <gtest/gtest.h>
+#include <stdexcept>
 
 namespace tsr::test {
 
+// The table a test needs; the tables are made by the program's own start-up step.
+inline tables::Recordset& madeTable(const std::unique_ptr<tables::Recordset>& table) {
+    if (!table)
+        throw std::runtime_error("the tables were not created");
+    return *table;
+}
+
 class LogFixture : public ::testing::Test {
 protected:
-    LogFixture() {
-        ctx.clock.setFixed(QDateTime(QDate(2026, 3, 14), QTime(9, 26, 53)));
-        log::LogInit(ctx);
-        ctx.flags.GlobalLogReady = true;
-
-        using core::FieldType;
-        // The calendar row begins PIM, Mobile, Alarm, StartDate, StartTime, Typ, Text.
-        for (auto [name, type] : {std::pair{u"PIM", FieldType::Bool},
-                                  {u"Mobile", FieldType::Bool},
-                                  {u"Alarm", FieldType::Bool},
-                                  {u"StartDate", FieldType::Date},
-                                  {u"StartTime", FieldType::Text},
-                                  {u"Typ", FieldType::Text},
-                                  {u"Text", FieldType::Text}})
-            calendar.appendField(QString::fromUtf16(name), type);
-        calendar.open();
-        // The contact row begins PIM, Mobile, LastName, FirstName, Company, Phone, ..., PhoneWork.
-        for (auto name : {u"PIM", u"Mobile", u"LastName", u"FirstName", u"Company", u"Phone", u"Street", u"ZipCode",
-                          u"City", u"Categories", u"PhoneWork"})
-            contacts.appendField(QString::fromUtf16(name), FieldType::Text);
-        contacts.open();
-    }
+    LogFixture() { ctx.clock.setFixed(QDateTime(QDate(2026, 3, 14), QTime(9, 26, 53))); }
 
     void addCalendarEntry(core::VbDate start, const QString& time, const QString& typ, const QString& text) {
-        calendar.addNew();
+        tables::vCalCreateNewRecord(calendar);
         calendar.setValue(QStringLiteral("StartDate"), start);
         calendar.setValue(QStringLiteral("StartTime"), time);
         calendar.setValue(QStringLiteral("Typ"), typ);
@@ -46,7 +33,7 @@ protected:
         calendar.update();
     }
     void addContact(const QString& last, const QString& company, const QString& phone, const QString& work) {
-        contacts.addNew();
+        tables::vCardCreateNewRecord(contacts);
         contacts.setValue(QStringLiteral("LastName"), last);
         contacts.setValue(QStringLiteral("Company"), company);
         contacts.setValue(QStringLiteral("Phone"), phone);
@@ -63,8 +50,10 @@ protected:
 
     ScriptedUi ui;
     core::Context ctx{ui};
-    tables::Recordset calendar{QStringLiteral("RSCalendar")};
-    tables::Recordset contacts{QStringLiteral("RSContacts")};
+    // All nine tables, the log tables among them, as the start makes them.
+    bool created = tables::CreateInitAndSetAllRS(ctx);
+    tables::Recordset& calendar = madeTable(ctx.tables.RSCalendar);
+    tables::Recordset& contacts = madeTable(ctx.tables.RSContacts);
 };
 
 } // namespace tsr::test

@@ -19,8 +19,10 @@ QString field(tables::Recordset& t, const char16_t* name) {
     return t.value(QString::fromUtf16(name)).toText();
 }
 
-// The log tables have their fields in column order, with the three dates as date fields.
+// The start-up makes the log tables with their fields in column order, the three dates as date fields.
 TEST_F(LogWriteTest, TablesHaveTheirColumnsInOrder) {
+    ASSERT_TRUE(created);
+    EXPECT_TRUE(ctx.flags.GlobalLogReady);
     auto names = [](const tables::Recordset& t) {
         QStringList n;
         for (int i = 0; i < t.fieldCount(); ++i)
