@@ -90,6 +90,8 @@ void GDXInfoAuswertung(core::Context& ctx, const GDXInfoTable& table, GDXDeviceI
                         maxOut = int16_t(number - keepFree);
                     else
                         keepFree = 0;
+                    if (!ctx.flags.GlobalSilent)
+                        ctx.ui->SetStatusBarMobile();
                 }
             } else if (k == QLatin1String("TOTAL-RECORDS")) {
                 totalOut = core::CInt(core::Val(value));

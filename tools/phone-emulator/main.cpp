@@ -132,7 +132,7 @@ public:
     // Sends the bytes at the line rate: each piece leaves when its last bit would have crossed the line.
     void send(int fd, const std::string& bytes) {
         long long due = nowNs();
-        const size_t piece = 8;
+        const size_t piece = 64;
         for (size_t at = 0; at < bytes.size(); at += piece) {
             const size_t n = std::min(piece, bytes.size() - at);
             due += bytesNs(n);
