@@ -30,4 +30,13 @@ bool vCardParsEntryFromMobile(core::Context& ctx, tables::Recordset& table, QStr
 // vCardPreSetActEntryFields and vCardLenControl first, so the row is shortened too.
 QString vCardEntryText(core::Context& ctx, tables::Recordset& table);
 
+// Merges a fresh PIM contact `source` into the matched phone row `target`: the
+// identifier, the PIM's values (the PIM... fields) and the PIM flags; the row's
+// phone values stay. The row then stands on both sides.
+void vCardSyncOutlookEntry(core::Context& ctx, tables::Recordset& target, tables::Recordset& source);
+// Merges a fresh phone contact `source` into the matched PIM row `target`: the
+// phone's identifiers, its values under the plain names and its file; the PIM's
+// values stay in the PIM... fields. The row then stands on both sides.
+void vCardSyncMobileEntry(core::Context& ctx, tables::Recordset& target, tables::Recordset& source);
+
 } // namespace tsr::formats
