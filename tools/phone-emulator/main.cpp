@@ -6,6 +6,7 @@
 // device and open it again without the emulator noticing.
 #include "Dialogue.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -125,13 +126,19 @@ void writeAll(int fd, const char* data, size_t size) {
     }
 }
 
+// The line's timeline. Answers are sent on the ideal timeline of the line, not from
+// whenever the emulator happened to wake, so a late wake-up is caught up.
 class Pacer {
 public:
     explicit Pacer(long baud) : m_byteNs(baud > 0 ? 10'000'000'000LL / baud : 0) {}
     long long bytesNs(size_t n) const { return m_byteNs * static_cast<long long>(n); }
-    // Sends the bytes at the line rate: each piece leaves when its last bit would have crossed the line.
-    void send(int fd, const std::string& bytes) {
-        long long due = nowNs();
+    // When `n` bytes of the host, seen complete now, have crossed the line: they began
+    // crossing no earlier than the end of our last answer.
+    long long receivedAt(size_t n) const { return std::max(nowNs(), m_lineFree + bytesNs(n)); }
+    // Sends the bytes from `start` at the line rate: each piece leaves when its last bit
+    // would have crossed the line.
+    void send(int fd, const std::string& bytes, long long start) {
+        long long due = std::max(start, m_lineFree);
         const size_t piece = 64;
         for (size_t at = 0; at < bytes.size(); at += piece) {
             const size_t n = std::min(piece, bytes.size() - at);
@@ -140,10 +147,12 @@ public:
                 sleepUntil(due);
             writeAll(fd, bytes.data() + at, n);
         }
+        m_lineFree = due;
     }
 
 private:
     long long m_byteNs;
+    long long m_lineFree = 0;
 };
 
 bool parseCountAndCommand(const char* arg, int& n, std::string& cmd) {
@@ -299,9 +308,8 @@ int main(int argc, char** argv) {
         return 1;
     }
 
-    std::string pending;     // the command line being received, or the record of a write
-    long long unitStart = 0; // when its first byte came
-    long uploadLeft = -1;    // bytes of a record still to come after a write prompt
+    std::string pending;  // the command line being received, or the record of a write
+    long uploadLeft = -1; // bytes of a record still to come after a write prompt
     char buf[4096];
     while (!g_stop) {
         pollfd p{line.master, POLLIN, 0};
@@ -312,14 +320,12 @@ int main(int argc, char** argv) {
             continue;
         for (ssize_t i = 0; i < n; ++i) {
             const char c = buf[i];
-            if (pending.empty())
-                unitStart = nowNs();
             if (uploadLeft >= 0) {
                 pending += c;
                 if (long(pending.size()) < uploadLeft)
                     continue;
-                sleepUntil(unitStart + pacer.bytesNs(pending.size()));
-                pacer.send(line.master, dialogue.upload(pending));
+                const long long at = pacer.receivedAt(pending.size());
+                pacer.send(line.master, dialogue.upload(pending), at);
                 pending.clear();
                 uploadLeft = -1;
                 continue;
@@ -331,7 +337,8 @@ int main(int argc, char** argv) {
                 continue;
             }
             // A whole command has crossed the line: think, then answer at the line rate.
-            sleepUntil(unitStart + pacer.bytesNs(pending.size() + 1) + latencyMs * 1000000LL);
+            const long long answerAt = pacer.receivedAt(pending.size() + 1) + latencyMs * 1000000LL;
+            sleepUntil(answerAt);
             if (journal.is_open())
                 journal << pending << std::endl;
             const Answer answer = dialogue.command(pending);
@@ -339,7 +346,7 @@ int main(int argc, char** argv) {
             if (answer.silent)
                 continue;
             if (answer.breakAfter >= 0) {
-                pacer.send(line.master, answer.bytes.substr(0, size_t(answer.breakAfter)));
+                pacer.send(line.master, answer.bytes.substr(0, size_t(answer.breakAfter)), answerAt);
                 // The line breaks: the host's device goes dead and a new one takes its place.
                 closeLine(line);
                 uploadLeft = -1;
@@ -347,9 +354,9 @@ int main(int argc, char** argv) {
                     return 1;
                 break;
             }
-            pacer.send(line.master, answer.bytes);
+            pacer.send(line.master, answer.bytes, answerAt);
             if (answer.uploadLength == 0)
-                pacer.send(line.master, dialogue.upload(std::string()));
+                pacer.send(line.master, dialogue.upload(std::string()), answerAt);
             else if (answer.uploadLength > 0)
                 uploadLeft = answer.uploadLength;
         }
