@@ -221,8 +221,7 @@ bool matches(const Filter& filter, const Item& item) {
     return true;
 }
 
-int compareBy(const Item& a, const Item& b, const QString& property) {
-    const PropertyValue va = propertyValue(a, property), vb = propertyValue(b, property);
+int compareValues(const PropertyValue& va, const PropertyValue& vb) {
     if (va.date || vb.date) {
         const double da = va.date ? va.date->value : -1e300, db = vb.date ? vb.date->value : -1e300;
         return da < db ? -1 : (da > db ? 1 : 0);

@@ -48,8 +48,8 @@ struct PropertyValue {
 PropertyValue propertyValue(const Item& item, const QString& property);
 
 bool matches(const Filter& filter, const Item& item);
-// Compares two items by a property for Sort: below 0, 0 or above 0.
-int compareBy(const Item& a, const Item& b, const QString& property);
+// Compares two values of a property for Sort: below 0, 0 or above 0.
+int compareValues(const PropertyValue& a, const PropertyValue& b);
 
 // "[Start]" -> "Start"; raises err::InvalidArgument when the text is no bracketed name.
 QString sortProperty(const QString& text);

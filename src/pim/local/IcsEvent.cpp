@@ -62,6 +62,8 @@ icaltimetype toIcal(core::VbDate d, bool isDate) {
     return t;
 }
 
+Stamp stampOf(const icaltimetype& t) { return {wallClock(t), bool(icaltime_is_utc(t))}; }
+
 icaltimetype toUtcStamp(core::VbDate local) {
     const QDateTime utc = core::toQDateTime(local).toUTC();
     icaltimetype t = toIcal(core::fromQDateTime(QDateTime(utc.date(), utc.time())), false);
@@ -231,6 +233,13 @@ void readAlarm(icalcomponent* master, EventData& ev) {
 
 } // namespace
 
+core::VbDate Stamp::local() const {
+    if (!utc || wall.value == 0.0)
+        return wall;
+    const QDateTime t = core::toQDateTime(wall);
+    return core::fromQDateTime(QDateTime(t.date(), t.time(), QTimeZone::utc()).toLocalTime());
+}
+
 EventData::~EventData() {
     if (calendar)
         icalcomponent_free(calendar);
@@ -286,11 +295,11 @@ std::unique_ptr<EventData> parseEvent(const QByteArray& text, const QString& pat
     readAlarm(master, *ev);
 
     if (icalproperty* p = icalcomponent_get_first_property(master, ICAL_CREATED_PROPERTY))
-        ev->created = fromIcal(icalproperty_get_created(p), p, zones);
+        ev->created = stampOf(icalproperty_get_created(p));
     else if (icalproperty* s = icalcomponent_get_first_property(master, ICAL_DTSTAMP_PROPERTY))
-        ev->created = fromIcal(icalproperty_get_dtstamp(s), s, zones);
+        ev->created = stampOf(icalproperty_get_dtstamp(s));
     if (icalproperty* p = icalcomponent_get_first_property(master, ICAL_LASTMODIFIED_PROPERTY))
-        ev->lastModified = fromIcal(icalproperty_get_lastmodified(p), p, zones);
+        ev->lastModified = stampOf(icalproperty_get_lastmodified(p));
     else
         ev->lastModified = ev->created;
 
@@ -432,11 +441,11 @@ QByteArray writeEvent(EventData& ev, core::VbDate now) {
     }
 
     // The stamps are universal time, as the format demands of them.
-    if (ev.created.value == 0.0)
-        ev.created = now;
+    if (ev.created.wall.value == 0.0)
+        ev.created = {now, false};
     if (!icalcomponent_get_first_property(master, ICAL_CREATED_PROPERTY))
-        icalcomponent_add_property(master, icalproperty_new_created(toUtcStamp(ev.created)));
-    ev.lastModified = now;
+        icalcomponent_add_property(master, icalproperty_new_created(toUtcStamp(ev.created.local())));
+    ev.lastModified = {now, false};
     removeAll(master, ICAL_LASTMODIFIED_PROPERTY);
     icalcomponent_add_property(master, icalproperty_new_lastmodified(toUtcStamp(now)));
     removeAll(master, ICAL_DTSTAMP_PROPERTY);

@@ -39,6 +39,14 @@ struct Override {
     core::VbDate end;
 };
 
+// A moment as the file has it: its wall clock, and whether that is universal time.
+// Turned into local time only when asked, which a read seldom does.
+struct Stamp {
+    core::VbDate wall;
+    bool utc = false;
+    core::VbDate local() const;
+};
+
 struct EventData {
     EventData() = default;
     EventData(const EventData&) = delete;
@@ -54,8 +62,8 @@ struct EventData {
     bool reminderSet = false;
     int32_t reminderMinutes = 15;
     bool reminderOverride = false;
-    core::VbDate created;
-    core::VbDate lastModified;
+    Stamp created;
+    Stamp lastModified;
     std::optional<Recurrence> recurrence;
     QList<core::VbDate> exdates;
     QList<Override> overrides;

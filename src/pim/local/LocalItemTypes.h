@@ -25,8 +25,8 @@ public:
 
     int Class() const override { return olAppointment; }
     QString EntryID() const override { return m_data->uid; }
-    core::VbDate CreationTime() const override { return m_data->created; }
-    core::VbDate LastModificationTime() const override { return m_data->lastModified; }
+    core::VbDate CreationTime() const override { return m_data->created.local(); }
+    core::VbDate LastModificationTime() const override { return m_data->lastModified.local(); }
     void Save() override;
     void Delete() override;
 
@@ -64,8 +64,8 @@ public:
 
     int Class() const override { return olContact; }
     QString EntryID() const override { return m_data->text(QStringLiteral("UID")); }
-    core::VbDate CreationTime() const override { return m_data->created; }
-    core::VbDate LastModificationTime() const override { return m_data->lastModified; }
+    core::VbDate CreationTime() const override { return m_data->created(); }
+    core::VbDate LastModificationTime() const override { return m_data->lastModified(); }
     void Save() override;
     void Delete() override;
 
@@ -137,8 +137,8 @@ public:
         : m_place(std::move(place)), m_data(std::move(data)) {}
     int Class() const override { return olDistributionList; }
     QString EntryID() const override { return m_data->text(QStringLiteral("UID")); }
-    core::VbDate CreationTime() const override { return m_data->created; }
-    core::VbDate LastModificationTime() const override { return m_data->lastModified; }
+    core::VbDate CreationTime() const override { return m_data->created(); }
+    core::VbDate LastModificationTime() const override { return m_data->lastModified(); }
     void Save() override;
     void Delete() override;
 

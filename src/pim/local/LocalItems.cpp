@@ -55,6 +55,9 @@ public:
                 }
                 continue;
             }
+            // A single entry outside the range needs no item object to be turned down.
+            if (e.event && outside(e.event->start, filter))
+                continue;
             auto item = makeItem(m_store, m_rel, it.key(), e);
             if (item && matches(filter, *item))
                 m_found << item;
@@ -98,6 +101,12 @@ public:
     }
 
 private:
+    static bool outside(core::VbDate start, const Filter& filter) {
+        constexpr double second = 1.0 / 86400.0;
+        return (filter.startFrom && start.value < filter.startFrom->value - second) ||
+               (filter.startTo && start.value > filter.startTo->value + second);
+    }
+
     const QList<std::shared_ptr<Item>>& list() {
         if (m_list.isEmpty()) {
             const LocalStore::DirCache& cache = m_store->refresh(m_rel);
@@ -112,10 +121,18 @@ private:
     void sortList(QList<std::shared_ptr<Item>>& items) const {
         if (m_sort.isEmpty())
             return;
-        std::stable_sort(items.begin(), items.end(), [this](const auto& a, const auto& b) {
-            const int c = compareBy(*a, *b, m_sort);
+        // Each item's key is read once: reading it can mean parsing a structured value.
+        std::vector<std::pair<PropertyValue, std::shared_ptr<Item>>> keyed;
+        keyed.reserve(items.size());
+        for (auto& item : items)
+            keyed.emplace_back(propertyValue(*item, m_sort), std::move(item));
+        std::stable_sort(keyed.begin(), keyed.end(), [this](const auto& a, const auto& b) {
+            const int c = compareValues(a.first, b.first);
             return m_descending ? c > 0 : c < 0;
         });
+        items.clear();
+        for (auto& [key, item] : keyed)
+            items << std::move(item);
     }
 
     std::shared_ptr<LocalStore> m_store;

@@ -166,6 +166,26 @@ bool ContactData::isGroup() const {
     return kind.compare(QStringLiteral("group"), Qt::CaseInsensitive) == 0;
 }
 
+core::VbDate ContactData::lastModified() const {
+    const QString rev = text(QStringLiteral("REV"));
+    if (rev.isEmpty())
+        return {};
+    QDateTime t = QDateTime::fromString(rev, Qt::ISODate);
+    if (!t.isValid())
+        t = QDateTime::fromString(rev.left(15), QStringLiteral("yyyyMMdd'T'HHmmss"));
+    if (!t.isValid())
+        return {};
+    if (rev.endsWith(u'Z'))
+        t = QDateTime(t.date(), t.time(), QTimeZone::utc()).toLocalTime();
+    return core::fromQDateTime(t);
+}
+
+core::VbDate ContactData::created() const {
+    const QString stamp = text(QStringLiteral("X-TESSARINE-CREATED"));
+    const QDateTime t = QDateTime::fromString(stamp, Qt::ISODate);
+    return t.isValid() ? core::fromQDateTime(t) : lastModified();
+}
+
 QString unescapeValue(const QString& raw) {
     QString out;
     out.reserve(raw.size());
@@ -250,26 +270,14 @@ std::unique_ptr<ContactData> parseVCard(const QByteArray& text, const QString& p
         corrupt(path, inside ? QStringLiteral("the vCard does not end") : QStringLiteral("it holds no vCard"));
     if (contact->text(QStringLiteral("UID")).isEmpty())
         corrupt(path, QStringLiteral("the vCard has no UID"));
-    const QString rev = contact->text(QStringLiteral("REV"));
-    if (!rev.isEmpty()) {
-        QDateTime t = QDateTime::fromString(rev, Qt::ISODate);
-        if (!t.isValid())
-            t = QDateTime::fromString(rev.left(15), QStringLiteral("yyyyMMdd'T'HHmmss"));
-        if (t.isValid())
-            contact->lastModified = core::fromQDateTime(
-                rev.endsWith(u'Z') ? QDateTime(t.date(), t.time(), QTimeZone::utc()).toLocalTime() : t);
-    }
-    const QString created = contact->text(QStringLiteral("X-TESSARINE-CREATED"));
-    contact->created =
-        created.isEmpty() ? contact->lastModified : core::fromQDateTime(QDateTime::fromString(created, Qt::ISODate));
     return contact;
 }
 
 QByteArray writeVCard(ContactData& contact, core::VbDate now) {
-    if (contact.created.value == 0.0)
-        contact.created = now;
-    contact.lastModified = now;
-    contact.setText(QStringLiteral("X-TESSARINE-CREATED"), core::toQDateTime(contact.created).toString(Qt::ISODate));
+    if (contact.text(QStringLiteral("X-TESSARINE-CREATED")).isEmpty()) {
+        const core::VbDate created = contact.lastModified().value == 0.0 ? now : contact.lastModified();
+        contact.setText(QStringLiteral("X-TESSARINE-CREATED"), core::toQDateTime(created).toString(Qt::ISODate));
+    }
     // REV is universal time, as the format demands of it.
     contact.setText(QStringLiteral("REV"),
                     core::toQDateTime(now).toUTC().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'")));

@@ -26,8 +26,6 @@ struct VCardProperty {
 
 struct ContactData {
     QList<VCardProperty> props;
-    core::VbDate created;
-    core::VbDate lastModified;
 
     const VCardProperty* first(const QString& name) const;
     // The value of the first property of that name, unescaped.
@@ -35,6 +33,9 @@ struct ContactData {
     // Sets or, with an empty value, removes the first property of that name.
     void setText(const QString& name, const QString& value);
     bool isGroup() const;
+    // From REV and our own creation stamp, read when asked.
+    core::VbDate lastModified() const;
+    core::VbDate created() const;
 };
 
 QString unescapeValue(const QString& raw);
