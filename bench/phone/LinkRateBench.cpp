@@ -82,47 +82,47 @@ struct Bench {
     }
 };
 
-void BM_ReadStore(benchmark::State& state) {
-    Bench b;
+// Times `commands` steps of `step(n)`, which gives the bytes its step moved or -1 when it failed.
+template <class Step> void timeSteps(benchmark::State& state, int commands, Step&& step) {
     for (auto _ : state) {
         qint64 bytes = 0;
         QElapsedTimer clock;
         clock.start();
-        for (int i = 1; i <= kRecords; ++i) {
-            QByteArray text;
-            if (!phone::ATCGetSingleMobileEntry(b.ctx, text, i) || text != b.records[i - 1]) {
-                state.SkipWithError("a record did not read back");
+        for (int n = 0; n < commands; ++n) {
+            const qint64 moved = step(n);
+            if (moved < 0) {
+                state.SkipWithError("a step of the link failed");
                 return;
             }
-            bytes += readBytes(i, text.size());
+            bytes += moved;
         }
         const double seconds = clock.nsecsElapsed() / 1e9;
         state.SetIterationTime(seconds);
-        report(state, seconds, bytes, kRecords);
+        report(state, seconds, bytes, commands);
     }
+}
+
+void BM_ReadStore(benchmark::State& state) {
+    Bench b;
+    timeSteps(state, kRecords, [&](int n) -> qint64 {
+        QByteArray text;
+        if (!phone::ATCGetSingleMobileEntry(b.ctx, text, n + 1) || text != b.records[n])
+            return -1;
+        return readBytes(n + 1, text.size());
+    });
 }
 
 void BM_WriteRecords(benchmark::State& state) {
     Bench b;
-    for (auto _ : state) {
-        qint64 bytes = 0;
-        QElapsedTimer clock;
-        clock.start();
-        for (int k = 0; k < kWrites; ++k) {
-            const int index = kRecords + 1 + k;
-            const QByteArray& record = b.records[k];
-            if (!phone::ATCWriteAppointment(b.ctx, record, QString::number(index) + QStringLiteral(".vcs"))) {
-                state.SkipWithError("a write failed");
-                return;
-            }
-            bytes += writeBytes(index, record.size());
-        }
-        const double seconds = clock.nsecsElapsed() / 1e9;
-        state.SetIterationTime(seconds);
-        report(state, seconds, bytes, kWrites);
-        if (b.phone.record(kRecords + kWrites) != b.records[kWrites - 1])
-            state.SkipWithError("the last record did not land");
-    }
+    timeSteps(state, kWrites, [&](int n) -> qint64 {
+        const int index = kRecords + 1 + n;
+        const QByteArray& record = b.records[n];
+        if (!phone::ATCWriteAppointment(b.ctx, record, QString::number(index) + QStringLiteral(".vcs")))
+            return -1;
+        return writeBytes(index, record.size());
+    });
+    if (b.phone.record(kRecords + kWrites) != b.records[kWrites - 1])
+        state.SkipWithError("the last record did not land");
 }
 
 } // namespace
