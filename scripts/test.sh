@@ -1,17 +1,32 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and runs every test. With --asan the
-# sanitizer build runs its tests too.
+# Installs what is missing, builds, and runs every test.
+#   --asan   builds and tests the AddressSanitizer + UndefinedBehaviorSanitizer preset too
+#   --fuzz   builds the libFuzzer targets and runs each for 60 seconds
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/install-deps.sh
 
-jobs=$(nproc)
-cmake --preset default >/dev/null
-cmake --build --preset default -j "$jobs"
-ctest --preset default -j "$jobs"
+asan=0
+fuzz=0
+for arg in "$@"; do
+    case "$arg" in
+    --asan) asan=1 ;;
+    --fuzz) fuzz=1 ;;
+    *) echo "usage: scripts/test.sh [--asan] [--fuzz]" >&2; exit 2 ;;
+    esac
+done
 
-if [ "${1:-}" = "--asan" ]; then
-    cmake --preset asan >/dev/null
-    cmake --build --preset asan -j "$jobs"
-    ctest --preset asan -j "$jobs"
+jobs=$(nproc)
+run_preset() {
+    echo "== preset $1"
+    cmake --preset "$1" >/dev/null
+    cmake --build --preset "$1" -j "$jobs"
+    ctest --preset "$1" -j "$jobs"
+}
+
+run_preset default
+if [ "$asan" = 1 ]; then run_preset asan; fi
+if [ "$fuzz" = 1 ]; then
+    echo "== fuzzers"
+    sh scripts/fuzz.sh "${TESSARINE_FUZZ_SECONDS:-60}"
 fi
