@@ -52,8 +52,12 @@ VbDate stampToDate(QString value) {
     core::raise(core::err::TypeMismatch, kSource);
 }
 
+// A number of the rule; one that does not fit the field is the overflow error.
 int64_t numberAt(const QString& text, qsizetype from, qsizetype length = -1) {
-    return int64_t(core::Val(text.mid(from, length)));
+    const double v = core::Val(text.mid(from, length));
+    if (!(v > -9.2e18 && v < 9.2e18))
+        core::raise(core::err::Overflow, kSource);
+    return int64_t(v);
 }
 } // namespace
 

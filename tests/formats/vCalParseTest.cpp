@@ -293,3 +293,12 @@ TEST_F(vCalParse, DebugSwitchShowsTheText) {
     ASSERT_EQ(ui.boxes.size(), 1);
     EXPECT_EQ(ui.boxes[0].text, t);
 }
+
+// A rule number too large for its field is the overflow error, not a wrapped value.
+TEST_F(vCalParse, HugeRuleNumberOverflows) {
+    const core::TsrError e = errorOf([&] { parse(event({"RRULE:MD99999999999999999999999 5 #0"})); });
+    EXPECT_EQ(e.number(), core::err::Overflow);
+    newRow();
+    ASSERT_TRUE(parse(event({"RRULE:YD12 #0"})));
+    EXPECT_EQ(get(QStringLiteral("RecurrenceIntervall")).toInt64(), 12);
+}
