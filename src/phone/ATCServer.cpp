@@ -163,8 +163,8 @@ ATCServer::Reply ATCServer::command(const QByteArray& cmd, int payloadFor) {
 ATCServer::Reply ATCServer::transact(const QByteArray& cmd, int payloadFor, const QByteArray* upload) {
     ++m_commands;
     const qint64 deadline = QDeadlineTimer::current().deadline() + m_timeoutMs;
-    m_buffer.clear();
-    m_buffer += m_serial->readAll(); // anything unasked for is dropped below as an unknown line
+    // Whatever came unasked since the last command belongs to no command.
+    m_serial->readAll();
     m_buffer.clear();
     sendAll(cmd + '\r', deadline);
 

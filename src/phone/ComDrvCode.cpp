@@ -3,13 +3,11 @@
 
 #include "core/ErrorReport.h"
 #include "phone/ATCServer.h"
+#include "spine/RegistryStore.h"
 
-#include <QDir>
 #include <QLocalSocket>
 #include <QSerialPort>
 #include <QSerialPortInfo>
-#include <QSettings>
-#include <QStandardPaths>
 
 namespace tsr::phone {
 
@@ -59,9 +57,10 @@ QString SerialPortEnumerator::ports() {
 }
 
 bool GetCommPort(core::Context& ctx, CommProbe& comm, QStringList& combo) {
-    for (int16_t i = 1; i <= 32; ++i) {
-        core::guarded(ctx, kComDrvCode, QStringLiteral("GetCommPort"), [&] {
+    return core::guarded(ctx, kComDrvCode, QStringLiteral("GetCommPort"), true, [&] {
+        for (int16_t i = 1; i <= 32; ++i) {
             switch (comm.openPort(i)) {
+            // Each of these proves the port is there, one in use by another program included.
             case 0:
             case 8000:
             case 8003:
@@ -75,9 +74,9 @@ bool GetCommPort(core::Context& ctx, CommProbe& comm, QStringList& combo) {
             default:
                 break;
             }
-        });
-    }
-    return true;
+        }
+        return true;
+    });
 }
 
 bool GDXGetCommPort(core::Context& ctx, PortEnumerator& enumerator, QStringList& combo) {
@@ -109,23 +108,14 @@ int LoadPortList(core::Context& ctx, PortEnumerator* enumerator, CommProbe& comm
     return 0;
 }
 
-QString machineSettingsFile(const core::Context& ctx) {
-    const QString folder = !ctx.options.config.isEmpty()
-                               ? ctx.options.config
-                               : QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-                                     QStringLiteral("/Orvane/Halvorix 5.0");
-    return QDir(folder).filePath(QStringLiteral("machine.ini"));
-}
-
 bool GetATCPort(core::Context& ctx) {
     return core::guarded(ctx, kATC, QStringLiteral("GetATCPort"), true, [&] {
         // The suite-level value, not the program's own under TSR: after the first
         // driver step the suite's port rules.
-        QSettings store(machineSettingsFile(ctx), QSettings::IniFormat);
-        const QVariant value = store.value(QStringLiteral("Software/Orvane/Halvorix 5.0/Port"));
-        if (value.isValid()) {
-            QString text = value.toString();
-            // The store hands the text with its terminator.
+        core::Value value;
+        if (spine::RegValQuery(ctx, spine::HKEY_LOCAL_MACHINE, spine::KeySuite, QStringLiteral("Port"), value)) {
+            QString text = value.toText();
+            // The store may hand the text with its terminator.
             if (text.contains(QChar(0)))
                 text.chop(2);
             ctx.phone.ATCPort = text;

@@ -55,8 +55,6 @@ int LoadPortList(core::Context& ctx, PortEnumerator* enumerator, CommProbe& comm
 
 bool GetATCPort(core::Context& ctx);
 bool SetATCPort(core::Context& ctx);
-// Where the suite-level settings live (machine.ini); GetATCPort reads `Port` there.
-QString machineSettingsFile(const core::Context& ctx);
 
 // Sends one dump item to the monitor named by the environment variable
 // TESSARINE_DUMP (a local socket), as one line; nothing when it is unset or no

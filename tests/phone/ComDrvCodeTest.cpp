@@ -4,9 +4,9 @@
 #include "phone/ComDrvCode.h"
 #include "phone/ATCServer.h"
 #include "phone/LinkFixture.h"
+#include "spine/RegistryStore.h"
 
 #include <QMap>
-#include <QSettings>
 
 using namespace tsr;
 using tsr::test::LinkFixture;
@@ -39,8 +39,8 @@ private:
 class LinkSession : public LinkFixture {
 protected:
     void storePort(const QString& value) {
-        QSettings store(phone::machineSettingsFile(ctx), QSettings::IniFormat);
-        store.setValue(QStringLiteral("Software/Orvane/Halvorix 5.0/Port"), value);
+        ASSERT_TRUE(spine::RegValWrite(ctx, spine::HKEY_LOCAL_MACHINE, spine::KeySuite, QStringLiteral("Port"),
+                                       core::Value(value)));
     }
 };
 
