@@ -43,6 +43,17 @@ protected:
         setFields(*entryTable, extra);
         return *entryTable;
     }
+    // The fresh entry as the PIM's read leaves it.
+    tables::Recordset& pimEntry(const QString& text, const QString& uid) {
+        tables::ClearRecordSet(*entryTable);
+        addCalendarRow(*entryTable, {{u"PIM", true},
+                                     {u"EntryType", int32_t(1)},
+                                     {u"StartasText", kStart},
+                                     {u"StartTime", u"09:00:00"},
+                                     {u"Text", text},
+                                     {u"UID", uid}});
+        return *entryTable;
+    }
     bool find(tables::Recordset& entry) {
         VbDate none;
         return vCalFindCompare(ctx, cal(), entry, none);
@@ -112,13 +123,7 @@ TEST_F(vCalMatch, CallTextsCutAtPhonecallLength) {
                            {u"StartTime", u"09:00:00"},
                            {u"Text", u"0891234"},
                            {u"EntryID", u"3"}});
-    tables::ClearRecordSet(*entryTable);
-    addCalendarRow(*entryTable, {{u"PIM", true},
-                                 {u"EntryType", int32_t(1)},
-                                 {u"StartasText", kStart},
-                                 {u"StartTime", u"09:00:00"},
-                                 {u"Text", u"0891234 Anna"},
-                                 {u"UID", u"u1"}});
+    pimEntry(QStringLiteral("0891234 Anna"), QStringLiteral("u1"));
     EXPECT_FALSE(find(*entryTable));
     setFields(*entryTable, {{u"Text", u"0891234"}});
     EXPECT_TRUE(find(*entryTable));
@@ -127,13 +132,7 @@ TEST_F(vCalMatch, CallTextsCutAtPhonecallLength) {
 // A paired row pairs again only with the PIM item or phone entry it holds.
 TEST_F(vCalMatch, IdentityKeepsTwinsApart) {
     addPimRow(QStringLiteral("Dentist"), {{u"EntryType", int32_t(3)}, {u"UID", u"A"}, {u"EntryID", u"5"}});
-    tables::ClearRecordSet(*entryTable);
-    addCalendarRow(*entryTable, {{u"PIM", true},
-                                 {u"EntryType", int32_t(1)},
-                                 {u"StartasText", kStart},
-                                 {u"StartTime", u"09:00:00"},
-                                 {u"Text", u"Dentist"},
-                                 {u"UID", u"B"}});
+    pimEntry(QStringLiteral("Dentist"), QStringLiteral("B"));
     EXPECT_FALSE(find(*entryTable));
     ctx.read.vCalMobileRead = true;
     ctx.read.vCalMobileCount = 1;
@@ -156,13 +155,7 @@ TEST_F(vCalMatch, IdentityKeepsTwinsApart) {
 // Two rows of the same one side never pair, and the start time must agree exactly.
 TEST_F(vCalMatch, SideAndTimeTests) {
     addPimRow(QStringLiteral("Gym"));
-    tables::ClearRecordSet(*entryTable);
-    addCalendarRow(*entryTable, {{u"PIM", true},
-                                 {u"EntryType", int32_t(1)},
-                                 {u"StartasText", kStart},
-                                 {u"StartTime", u"09:00:00"},
-                                 {u"Text", u"Gym"},
-                                 {u"UID", u"other"}});
+    pimEntry(QStringLiteral("Gym"), QStringLiteral("other"));
     EXPECT_FALSE(find(*entryTable));
     EXPECT_FALSE(find(mobileEntry(QStringLiteral("Gym"), {{u"StartTime", u"09:00"}})));
     EXPECT_TRUE(find(mobileEntry(QStringLiteral("Gym"))));
