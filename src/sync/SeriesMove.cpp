@@ -62,30 +62,51 @@ VbDate seriesOrigin(const tables::Recordset& t, const QString& fallbackField) {
 
 } // namespace
 
+namespace {
+// One row of calcnewStartDateSerie: a series that starts before the period moves
+// to its occurrence in it.
+void moveSeriesRow(core::Context& ctx, tables::Recordset& table) {
+    if (!flagField(table, QStringLiteral("ISRecurring")))
+        return;
+    const VbDate periodStart = ctx.flags.GlobalStartDate;
+    const VbDate patt = dateField(table, QStringLiteral("PIMRecPatt"));
+    const VbDate startDate = dateField(table, QStringLiteral("StartDate"));
+    const bool before = patt.value != 0 ? patt < periodStart : startDate < periodStart;
+    if (!before)
+        return;
+    const QString kind = table.value(QStringLiteral("RecurrenceType")).toText();
+    if (kind == u"W") {
+        calcnewStartDateWeekSerie(ctx, table);
+        return;
+    }
+    if (auto date = core::stepIntoPeriod(seriesOrigin(table, QStringLiteral("StartDate")),
+                                         core::seriesStepInterval(kind), periodStart, ctx.flags.GlobalEndDate))
+        writeOccurrence(ctx, table, *date, false);
+}
+} // namespace
+
 void calcnewStartDateSerie(core::Context& ctx, tables::Recordset& table) {
     core::guarded(ctx, kModul, QStringLiteral("calcnewStartDateSerie"), [&] {
         if (table.recordCount() == 0)
             return;
         const int position = table.absolutePosition();
-        const VbDate periodStart = ctx.flags.GlobalStartDate;
-        for (table.moveFirst(); !table.eof(); table.moveNext()) {
-            if (!flagField(table, QStringLiteral("ISRecurring")))
-                continue;
-            const VbDate patt = dateField(table, QStringLiteral("PIMRecPatt"));
-            const VbDate startDate = dateField(table, QStringLiteral("StartDate"));
-            const bool before = patt.value != 0 ? patt < periodStart : startDate < periodStart;
-            if (!before)
-                continue;
-            const QString kind = table.value(QStringLiteral("RecurrenceType")).toText();
-            if (kind == u"W") {
-                calcnewStartDateWeekSerie(ctx, table);
-                continue;
-            }
-            if (auto date = core::stepIntoPeriod(seriesOrigin(table, QStringLiteral("StartDate")),
-                                                 core::seriesStepInterval(kind), periodStart, ctx.flags.GlobalEndDate))
-                writeOccurrence(ctx, table, *date, false);
-        }
+        for (table.moveFirst(); !table.eof(); table.moveNext())
+            moveSeriesRow(ctx, table);
         table.setAbsolutePosition(position);
+    });
+}
+
+bool vCalCreateMobileSerieRecords(core::Context& ctx, tables::Recordset& table) {
+    return core::guarded(ctx, kModul, QStringLiteral("vCalCreateMobileSerieRecords"), false, [&] {
+        moveSeriesRow(ctx, table);
+        return true;
+    });
+}
+
+bool vCalCreatePIMSerieRecords(core::Context& ctx, tables::Recordset& table) {
+    return core::guarded(ctx, kModul, QStringLiteral("vCalCreatePIMSerieRecords"), false, [&] {
+        moveSeriesRow(ctx, table);
+        return true;
     });
 }
 

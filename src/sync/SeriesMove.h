@@ -15,6 +15,11 @@ void calcnewStartDateSerie(core::Context& ctx, tables::Recordset& table);
 // The same for the current row of a weekly series.
 void calcnewStartDateWeekSerie(core::Context& ctx, tables::Recordset& table);
 
+// The series rows of a freshly admitted series: its current row moves to its
+// occurrence in the period, as calcnewStartDateSerie moves every row.
+bool vCalCreateMobileSerieRecords(core::Context& ctx, tables::Recordset& table);
+bool vCalCreatePIMSerieRecords(core::Context& ctx, tables::Recordset& table);
+
 // The current start (the table's fourth field) kept in altesStartDate.
 void CopyonFirstRec(core::Context& ctx, tables::Recordset& table);
 

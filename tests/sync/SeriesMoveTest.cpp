@@ -74,6 +74,18 @@ TEST_F(SeriesMove, RowsThatDoNotMoveAndThePosition) {
     EXPECT_EQ(date(u"StartDate"), DateSerial(2026, 2, 10));
 }
 
+// A freshly admitted series moves on its own row only; other rows stay.
+TEST_F(SeriesMove, CreateSerieRecordsMovesTheCurrentRow) {
+    addSeries(QStringLiteral("D"), DateSerial(2026, 11, 20));
+    addSeries(QStringLiteral("M"), DateSerial(2026, 11, 15));
+    EXPECT_TRUE(vCalCreateMobileSerieRecords(ctx, cal()));
+    EXPECT_EQ(date(u"StartDate"), DateSerial(2026, 12, 15));
+    cal().moveFirst();
+    EXPECT_EQ(date(u"StartDate"), DateSerial(2026, 11, 20));
+    EXPECT_TRUE(vCalCreatePIMSerieRecords(ctx, cal()));
+    EXPECT_EQ(date(u"StartDate"), DateSerial(2026, 12, 1));
+}
+
 // A weekly series of one day steps by weeks and leaves StartasText alone; one of
 // several days lands on the first day of its mask in the period and writes StartasText.
 TEST_F(SeriesMove, WeeklySeries) {
