@@ -132,16 +132,6 @@ TEST_F(vCardRoundTrip, GeneratedContactsComeBack) {
     }
 }
 
-// Length limits apply before encoding: a long umlaut name is cut to 24 characters, not 24 bytes.
-TEST_F(vCardRoundTrip, LimitsCountCharactersNotEncodedBytes) {
-    const QString name = QString(30, QChar(0x00FC));
-    set(QStringLiteral("LastName"), name);
-    QString text = formats::vCardEntryText(ctx, *table);
-    newRow();
-    formats::vCardParsEntryFromMobile(ctx, *table, text);
-    EXPECT_EQ(field(QStringLiteral("LastName")), name.left(24));
-}
-
 // A plain ASCII name is written without escapes, so a ";" in it splits on the way back, as the phone reads it.
 TEST_F(vCardRoundTrip, PlainNameSemicolonIsNotEscaped) {
     set(QStringLiteral("LastName"), QStringLiteral("Doe;Jr"));

@@ -83,12 +83,3 @@ TEST_F(vCardWrite, LenControlUrlRule) {
     formats::vCardLenControl(ctx, *table);
     EXPECT_EQ(field(QStringLiteral("URL")), QStringLiteral("http://x.org"));
 }
-
-// The head lines carry the version text as it stands when they are set.
-TEST_F(vCardWrite, PreSetHeadsFollowVersion) {
-    ctx.entryFormats.vCard.vCardVersion = QStringLiteral("2.1");
-    formats::vCardPreSetActEntryFields(ctx);
-    EXPECT_EQ(ctx.entryFormats.vCard.Version, QStringLiteral("VERSION:2.1"));
-    EXPECT_EQ(ctx.entryFormats.vCard.TelCell, QStringLiteral("TEL;CELL:"));
-    EXPECT_EQ(ctx.entryFormats.vCard.Email, QStringLiteral("EMAIL:"));
-}
