@@ -93,10 +93,8 @@ TEST_F(ContactRoundTrip, AddressMovesWhenACompanyComes) {
 
 // A contact group is in the folder but is no contact item, and no name search finds it.
 TEST_F(ContactRoundTrip, GroupsAreNoContacts) {
-    writeFile(QStringLiteral("contacts/g1.vcf"), "BEGIN:VCARD\r\nVERSION:4.0\r\nUID:g1\r\nKIND:group\r\nFN:Team\r\n"
-                                                 "N:Team;;;;\r\nMEMBER:urn:uuid:a\r\nEND:VCARD\r\n");
-    writeFile(QStringLiteral("contacts/g2.vcf"), "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:g2\r\nFN:Club\r\nN:Club;;;;\r\n"
-                                                 "X-ADDRESSBOOKSERVER-KIND:group\r\nEND:VCARD\r\n");
+    copyData(QStringLiteral("group-kind.vcf"), QStringLiteral("contacts/g1.vcf"));
+    copyData(QStringLiteral("group-addressbookserver-kind.vcf"), QStringLiteral("contacts/g2.vcf"));
     writeFile(QStringLiteral("contacts/p.vcf"),
               "BEGIN:VCARD\r\nVERSION:3.0\r\nUID:p1\r\nFN:Team Player\r\nN:Team;Player;;;\r\nEND:VCARD\r\n");
     open();

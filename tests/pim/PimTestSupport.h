@@ -57,6 +57,13 @@ protected:
         f.write(text);
     }
 
+    // Puts a file of tests/data/pim into the store.
+    void copyData(const QString& name, const QString& rel) {
+        QFile f(QStringLiteral(TESSARINE_TEST_DATA "/pim/") + name);
+        ASSERT_TRUE(f.open(QIODevice::ReadOnly)) << name.toStdString();
+        writeFile(rel, f.readAll());
+    }
+
     QByteArray readFile(const QString& rel) {
         QFile f(root() + u'/' + rel);
         return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();

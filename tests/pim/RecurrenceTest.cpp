@@ -136,17 +136,8 @@ TEST_F(Recurrence, ClearedPatternIsASingleEntry) {
 // Rules as other tools write them: a removed occurrence (EXDATE), a moved one,
 // and a rule the object model cannot describe, which still expands.
 TEST_F(Recurrence, ForeignRules) {
-    writeFile(QStringLiteral("calendar/w.ics"),
-              "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:x\r\nBEGIN:VEVENT\r\nUID:w1\r\n"
-              "DTSTART;TZID=Europe/Berlin:20260302T090000\r\nDTEND;TZID=Europe/Berlin:20260302T100000\r\n"
-              "RRULE:FREQ=WEEKLY\r\nEXDATE;TZID=Europe/Berlin:20260309T090000\r\nSUMMARY:Standup\r\nEND:VEVENT\r\n"
-              "BEGIN:VEVENT\r\nUID:w1\r\nRECURRENCE-ID;TZID=Europe/Berlin:20260316T090000\r\n"
-              "DTSTART;TZID=Europe/Berlin:20260317T110000\r\nDTEND;TZID=Europe/Berlin:20260317T120000\r\n"
-              "SUMMARY:Standup moved\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n");
-    writeFile(QStringLiteral("calendar/h.ics"),
-              "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:x\r\nBEGIN:VEVENT\r\nUID:h1\r\n"
-              "DTSTART:20260401T080000\r\nDTEND:20260401T081500\r\nRRULE:FREQ=HOURLY;INTERVAL=6;COUNT=3\r\n"
-              "SUMMARY:Pill\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n");
+    copyData(QStringLiteral("series-weekly-exdate-moved.ics"), QStringLiteral("calendar/w.ics"));
+    copyData(QStringLiteral("series-hourly-count.ics"), QStringLiteral("calendar/h.ics"));
     open();
     auto w = pim::asAppointment(ns->GetItemFromID(QStringLiteral("w1")));
     EXPECT_EQ(w->GetRecurrencePattern()->RecurrenceType(), pim::olRecursWeekly);

@@ -19,10 +19,9 @@ TEST_F(Store, DamagedFilesAreReportedAndSkipped) {
     auto c = newContact();
     c->setLastName(QStringLiteral("Good"));
     c->Save();
-    writeFile(QStringLiteral("calendar/broken.ics"), "BEGIN:VCALENDAR\r\nBEGIN:VEVENT\r\nSUMMARY:half");
-    writeFile(QStringLiteral("calendar/nostart.ics"),
-              "BEGIN:VCALENDAR\r\nBEGIN:VEVENT\r\nUID:n\r\nSUMMARY:x\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n");
-    writeFile(QStringLiteral("contacts/broken.vcf"), "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Cut off");
+    copyData(QStringLiteral("damaged-cut-off.ics"), QStringLiteral("calendar/broken.ics"));
+    copyData(QStringLiteral("damaged-no-start.ics"), QStringLiteral("calendar/nostart.ics"));
+    copyData(QStringLiteral("damaged-cut-off.vcf"), QStringLiteral("contacts/broken.vcf"));
     open();
 
     auto items = calendarItems();
