@@ -11,6 +11,8 @@ namespace tsr::phone {
 namespace {
 
 const QString kSource = QStringLiteral("ATCServer");
+// How long the line must stay quiet before a freshly opened device counts as clean.
+constexpr int kQuietMs = 20;
 
 // "+CME ERROR: 22" and "+CMS ERROR: 22" give 22; anything else -1.
 int phoneErrorNumber(const QByteArray& line) {
@@ -102,10 +104,20 @@ void ATCServer::openDevice() {
     m_serial->setParity(QSerialPort::NoParity);
     m_serial->setStopBits(QSerialPort::OneStop);
     m_serial->setFlowControl(QSerialPort::NoFlowControl);
-    m_serial->clear();
+    drainStaleAnswer();
     // Echo off and numeric error results; the phone must answer both.
     transact(QByteArrayLiteral("ATE0"), -1, nullptr);
     transact(QByteArrayLiteral("AT+CMEE=1"), -1, nullptr);
+}
+
+void ATCServer::drainStaleAnswer() {
+    // A phone may still be sending the answer to a host that left: a stale final result
+    // would be taken for ours. Read until the line has been quiet for a moment.
+    m_serial->clear();
+    const qint64 deadline = QDeadlineTimer::current().deadline() + m_timeoutMs;
+    while (m_serial->waitForReadyRead(kQuietMs) && QDeadlineTimer::current().deadline() < deadline)
+        m_serial->readAll();
+    m_serial->readAll();
 }
 
 bool ATCServer::lineIsDead() const {
@@ -169,6 +181,7 @@ ATCServer::Reply ATCServer::transact(const QByteArray& cmd, int payloadFor, cons
     sendAll(cmd + '\r', deadline);
 
     Reply reply;
+    bool headerSeen = false;
     const QByteArray payloadPrefix = QByteArrayLiteral("$ORGR:");
     for (;;) {
         if (upload && m_buffer.startsWith("> ")) {
@@ -187,6 +200,9 @@ ATCServer::Reply ATCServer::transact(const QByteArray& cmd, int payloadFor, cons
         if (line.isEmpty() || line == cmd)
             continue;
         if (line == "OK") {
+            if (payloadFor >= 0 && !headerSeen)
+                fail(atc::GeneralFailure,
+                     QStringLiteral("No record header in the answer to %1").arg(QString::fromLatin1(cmd)));
             if (upload)
                 fail(atc::GeneralFailure,
                      QStringLiteral("The mobile did not ask for the record of %1").arg(QString::fromLatin1(cmd)));
@@ -202,6 +218,7 @@ ATCServer::Reply ATCServer::transact(const QByteArray& cmd, int payloadFor, cons
                 fail(atc::GeneralFailure,
                      QStringLiteral("Unexpected record header: %1").arg(QString::fromLatin1(line)));
             const qsizetype length = header[1];
+            headerSeen = true;
             if (length > 0) {
                 // The block follows the header's CR LF at once and ends with a CR LF of its own.
                 while (m_buffer.size() < length + 2)

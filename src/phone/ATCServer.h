@@ -67,6 +67,7 @@ private:
     void ensureOpen();
     void openDevice();
     void closeDevice();
+    void drainStaleAnswer();
     Reply command(const QByteArray& cmd, int payloadFor = -1);
     Reply transact(const QByteArray& cmd, int payloadFor, const QByteArray* upload);
     QString identification(const QByteArray& cmd);

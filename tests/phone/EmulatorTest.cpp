@@ -5,6 +5,7 @@
 
 #include <QElapsedTimer>
 #include <QProcess>
+#include <QSerialPort>
 #include <gtest/gtest.h>
 
 using tsr::phone::ATCServer;
@@ -59,4 +60,25 @@ TEST(PhoneEmulator, SurvivesAHostThatGoesAndComesBack) {
     EXPECT_TRUE(phone.running());
     EXPECT_EQ(phone.devices().size(), 1);
     EXPECT_TRUE(phone.hasRecord(5));
+}
+
+// A host that asks for a large record and vanishes without reading it does not stall the phone
+// for the next host.
+TEST(PhoneEmulator, AHostThatVanishesMidAnswerLeavesThePhoneUsable) {
+    EmulatedPhone phone;
+    phone.seed(1, QByteArray(400000, 'z'));
+    phone.seed(2, "two");
+    {
+        QSerialPort gone;
+        gone.setPortName(phone.link());
+        ASSERT_TRUE(gone.open(QIODevice::ReadWrite));
+        gone.write("AT$ORGR=4,1\r");
+        ASSERT_TRUE(gone.waitForBytesWritten(1000));
+    }
+    ATCServer server;
+    server.setPort(phone.link());
+    QByteArray text;
+    server.ReadEntry(2, text);
+    EXPECT_EQ(text, QByteArray("two"));
+    EXPECT_TRUE(phone.running());
 }
