@@ -5,9 +5,9 @@
 #include "core/UserInterface.h"
 
 #include <QPointer>
+#include <QWidget>
 
 class QProgressDialog;
-class QWidget;
 
 namespace tsr::ui {
 
