@@ -165,20 +165,20 @@ TEST_F(Interop, TessarineReadsKhalEvents) {
         *items, QStringLiteral("[Start]>=\"23.11.2026\" and [Start] <=\"01.12.2026 23:59\""));
     ASSERT_EQ(found.size(), 4);
     EXPECT_EQ(found[0]->Subject(), QStringLiteral("Dentist"));
-    EXPECT_EQ(found[0]->Start(), at(2026, 11, 23, 10, 0));
-    EXPECT_EQ(found[0]->End(), at(2026, 11, 23, 11, 30));
+    EXPECT_EQ(found[0]->Start(), berlin(2026, 11, 23, 10, 0));
+    EXPECT_EQ(found[0]->End(), berlin(2026, 11, 23, 11, 30));
     EXPECT_TRUE(found[0]->ReminderSet());
     EXPECT_EQ(found[0]->ReminderMinutesBeforeStart(), 15);
     EXPECT_FALSE(found[0]->IsRecurring());
     EXPECT_EQ(found[1]->Subject(), QStringLiteral("Standup"));
-    EXPECT_EQ(found[1]->Start(), at(2026, 11, 24, 9, 0));
+    EXPECT_EQ(found[1]->Start(), berlin(2026, 11, 24, 9, 0));
     EXPECT_TRUE(found[1]->IsRecurring());
     EXPECT_EQ(found[1]->GetRecurrencePattern()->RecurrenceType(), pim::olRecursWeekly);
     EXPECT_EQ(found[1]->GetRecurrencePattern()->DayOfWeekMask(), 4);
     EXPECT_EQ(found[2]->Subject(), QStringLiteral("Holiday"));
     EXPECT_TRUE(found[2]->AllDayEvent());
     EXPECT_EQ(found[2]->Start(), at(2026, 11, 25));
-    EXPECT_EQ(found[3]->Start(), at(2026, 12, 1, 9, 0));
+    EXPECT_EQ(found[3]->Start(), berlin(2026, 12, 1, 9, 0));
     EXPECT_EQ(found[3]->EntryID(), found[1]->EntryID());
 }
 

@@ -10,12 +10,19 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTimeZone>
 #include <gtest/gtest.h>
 
 namespace tsr::test {
 
 inline core::VbDate at(int y, int mo, int d, int h = 0, int mi = 0) {
     return core::VbDate(core::DateSerial(y, mo, d).value + core::TimeSerial(h, mi, 0).value);
+}
+
+// The local time of a wall-clock moment in Berlin, the zone the foreign files name.
+inline core::VbDate berlin(int y, int mo, int d, int h, int mi) {
+    return core::fromQDateTime(
+        QDateTime(QDate(y, mo, d), QTime(h, mi), QTimeZone(QByteArrayLiteral("Europe/Berlin"))).toLocalTime());
 }
 
 class PimStoreTest : public ::testing::Test {

@@ -143,7 +143,7 @@ TEST_F(Recurrence, ForeignRules) {
     EXPECT_EQ(w->GetRecurrencePattern()->RecurrenceType(), pim::olRecursWeekly);
     EXPECT_EQ(w->GetRecurrencePattern()->DayOfWeekMask(), 2);
     EXPECT_EQ(startsIn(QStringLiteral("[Start]>=\"01.03.2026\" and [Start] <=\"22.03.2026\"")),
-              (QList<core::VbDate>{at(2026, 3, 2, 9, 0), at(2026, 3, 17, 11, 0)}));
+              (QList<core::VbDate>{berlin(2026, 3, 2, 9, 0), berlin(2026, 3, 17, 11, 0)}));
     auto h = pim::asAppointment(ns->GetItemFromID(QStringLiteral("h1")));
     EXPECT_TRUE(h->IsRecurring());
     EXPECT_EQ(h->GetRecurrencePattern()->RecurrenceType(), -1);

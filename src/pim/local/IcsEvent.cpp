@@ -62,7 +62,9 @@ icaltimetype toIcal(core::VbDate d, bool isDate) {
     return t;
 }
 
-Stamp stampOf(const icaltimetype& t) { return {wallClock(t), bool(icaltime_is_utc(t))}; }
+Stamp stampOf(const icaltimetype& t) {
+    return {wallClock(t), bool(icaltime_is_utc(t))};
+}
 
 icaltimetype toUtcStamp(core::VbDate local) {
     const QDateTime utc = core::toQDateTime(local).toUTC();
@@ -277,6 +279,12 @@ std::unique_ptr<EventData> parseEvent(const QByteArray& text, const QString& pat
     ev->summary = QString::fromUtf8(icalcomponent_get_summary(master));
     ev->allDay = start.is_date;
     ev->start = fromIcal(start, dtstart, zones);
+    if (!start.is_date && !icaltime_is_utc(start) && !(ev->start == wallClock(start))) {
+        if (icalparameter* tz = icalproperty_get_first_parameter(dtstart, ICAL_TZID_PARAMETER)) {
+            ev->zone = zones.zone(QByteArray(icalparameter_get_tzid(tz)));
+            ev->zoneStart = wallClock(start);
+        }
+    }
     if (icalproperty* p = icalcomponent_get_first_property(master, ICAL_DTEND_PROPERTY)) {
         ev->end = fromIcal(icalproperty_get_dtend(p), p, zones);
     } else if (icalproperty* d = icalcomponent_get_first_property(master, ICAL_DURATION_PROPERTY)) {
@@ -384,6 +392,7 @@ QByteArray writeEvent(EventData& ev, core::VbDate now) {
     icalcomponent_add_property(master, icalproperty_new_summary(ev.summary.toUtf8().constData()));
 
     if (ev.timesChanged) {
+        ev.zone = QTimeZone();
         removeAll(master, ICAL_DTSTART_PROPERTY);
         removeAll(master, ICAL_DTEND_PROPERTY);
         removeAll(master, ICAL_DURATION_PROPERTY);
@@ -472,16 +481,21 @@ QList<Occurrence> occurrences(const EventData& ev, core::VbDate from, core::VbDa
     icalrecurrencetype recur = icalrecurrencetype_from_string(rule.rule.constData());
     if (recur.freq == ICAL_NO_RECURRENCE)
         return out;
-    icalrecur_iterator* it = icalrecur_iterator_new(recur, toIcal(ev.start, ev.allDay));
+    const bool inZone = ev.zone.isValid() && !ev.timesChanged;
+    const core::VbDate first = inZone ? ev.zoneStart : ev.start;
+    icalrecur_iterator* it = icalrecur_iterator_new(recur, toIcal(first, ev.allDay));
     if (!it)
         return out;
-    // Without a count the walk may begin at the range's first day instead of the series'.
-    if (recur.count == 0 && from > ev.start)
-        icalrecur_iterator_set_start(it, toIcal(core::DateValue(from), ev.allDay));
-    ZoneCache none;
+    // Without a count the walk may begin at the range's first day (a day early, for the zones) instead of the series'.
+    if (recur.count == 0 && from.value - 1.0 > first.value)
+        icalrecur_iterator_set_start(it, toIcal(core::VbDate(core::DateValue(from).value - 1.0), ev.allDay));
     for (icaltimetype t = icalrecur_iterator_next(it); !icaltime_is_null_time(t) && out.size() < limit;
          t = icalrecur_iterator_next(it)) {
-        const core::VbDate s = wallClock(t);
+        core::VbDate s = wallClock(t);
+        if (inZone) {
+            const QDateTime wall = core::toQDateTime(s);
+            s = core::fromQDateTime(QDateTime(wall.date(), wall.time(), ev.zone).toLocalTime());
+        }
         if (s > to)
             break;
         if (s < from)

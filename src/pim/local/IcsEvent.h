@@ -68,6 +68,11 @@ struct EventData {
     QList<core::VbDate> exdates;
     QList<Override> overrides;
 
+    // A start in another zone than the local one: a series steps in that zone's wall
+    // clock, so that its occurrences keep their hour across that zone's clock changes.
+    QTimeZone zone;
+    core::VbDate zoneStart;
+
     // The parsed file, kept so that a save writes back what others put there.
     icalcomponent* calendar = nullptr;
     bool timesChanged = false;
