@@ -67,6 +67,10 @@ TEST_F(Recurrence, WeeklyOnTwoDaysAcrossTheRangeEnds) {
         EXPECT_EQ(o->EntryID(), a->EntryID());
         EXPECT_TRUE(o->IsRecurring());
     }
+    // One occurrence can neither be moved nor deleted on its own: the series stays whole.
+    EXPECT_THROW(found[0]->setStart(at(2026, 3, 9, 12, 0)), core::TsrError);
+    EXPECT_THROW(found[0]->Delete(), core::TsrError);
+    EXPECT_EQ(filesIn(QStringLiteral("calendar")).filter(QStringLiteral(".ics")).size(), 1);
     // Without IncludeRecurrences the series is one item at its first start.
     auto plain = calendarItems();
     EXPECT_TRUE(findAll(*plain, QStringLiteral("[Start]>=\"04.03.2026\" and [Start] <=\"16.03.2026\"")).isEmpty());

@@ -117,7 +117,7 @@ LocalAppointment::LocalAppointment(ItemPlace place, std::shared_ptr<EventData> d
 void LocalAppointment::noOccurrence(const char* member) const {
     if (m_occurrence)
         core::raise(err::NotSupported, QStringLiteral("AppointmentItem"),
-                    QStringLiteral("%1 of a single occurrence cannot be changed; change the series.")
+                    QStringLiteral("%1 on a single occurrence is not supported; change the series instead.")
                         .arg(QString::fromLatin1(member)));
 }
 
@@ -188,6 +188,8 @@ void LocalAppointment::Save() {
 }
 
 void LocalAppointment::Delete() {
+    // Removing the file would take the whole series with the one occurrence.
+    noOccurrence("Delete");
     if (!m_place.fileName.isEmpty())
         m_place.store->removeFile(m_place.rel, m_place.fileName);
     m_place.fileName.clear();
