@@ -90,7 +90,7 @@ TEST_F(Session, VersionCheck) {
     EXPECT_EQ(questions(), 2);
     EXPECT_FALSE(ctx.flags.GlobalOrganizerOK);
 
-    for (const QString v : {QStringLiteral("8.0"), QStringLiteral("10.0.0.4")}) {
+    for (const QString& v : {QStringLiteral("8.0"), QStringLiteral("10.0.0.4")}) {
         ctx.servers.MOL = std::make_shared<OtherVersion>(app, v);
         EXPECT_TRUE(pim::Check4Outlook(ctx));
         EXPECT_TRUE(ctx.flags.GlobalOrganizerOK) << v.toStdString();
