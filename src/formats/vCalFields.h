@@ -1,12 +1,98 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reading the fields of a calendar row as the formats need them: an empty value
-// reads as false, 0 or "" so a freshly made row can be written at once.
+// Reading and writing the fields of a calendar row as the formats need them.
+// Fields are reached by position: a lookup by name folds case and hashes on
+// every call, which would cost more than reading the entry itself. The positions
+// are resolved once for the calendar layout; a table of another layout gets them
+// resolved by name. An empty value reads as false, 0 or "".
 #pragma once
 
 #include "tables/Recordset.h"
 
+#include <array>
+
 namespace tsr::formats::detail {
 
+enum class Col {
+    PIM,
+    Mobile,
+    Alarm,
+    StartDate,
+    StartTime,
+    Typ,
+    Text,
+    Serie,
+    EndDate,
+    EndTime,
+    EndDateFlag,
+    DTStart,
+    DTStartFlag,
+    AAlarm,
+    AAlarmFlag,
+    AnniversaryStatus,
+    DAlarm,
+    DAlarmFlag,
+    Description,
+    Weekdaymask,
+    DayOfMonth,
+    EntryID,
+    ISRecurring,
+    MeetingStatus,
+    MemoStatus,
+    ModKey,
+    PhoneCallStatus,
+    RecurrenceDuration,
+    RecurrenceFrequenz,
+    RecurrenceType,
+    RecurrenceIntervall,
+    Start,
+    DTEnd,
+    Summary,
+    SubType,
+    EntryType,
+    PIMText,
+    UTF8Flag,
+    StartasText,
+    PIMRecPatt,
+    MobileRecPattern,
+    noPhonecall,
+    PimRecPattString,
+    StartEndDiff,
+    Count
+};
+
+using Columns = std::array<int, size_t(Col::Count)>;
+
+// The positions of the calendar fields in this table.
+Columns calendarColumns(const tables::Recordset& table);
+
+// A calendar row seen through its column positions.
+class CalendarRow {
+public:
+    explicit CalendarRow(tables::Recordset& table) : m_table(table), m_cols(calendarColumns(table)) {}
+
+    core::Value value(Col c) const { return m_table.value(m_cols[size_t(c)]); }
+    void set(Col c, const core::Value& v) { m_table.setValue(m_cols[size_t(c)], v); }
+    bool flag(Col c) const {
+        const core::Value v = value(c);
+        return !v.isEmpty() && v.toBool();
+    }
+    core::VbDate date(Col c) const {
+        const core::Value v = value(c);
+        return v.isEmpty() ? core::VbDate() : v.toDate();
+    }
+    int64_t number(Col c) const {
+        const core::Value v = value(c);
+        return v.isEmpty() ? 0 : v.toInt64();
+    }
+    QString text(Col c) const { return value(c).toText(); }
+    tables::Recordset& table() { return m_table; }
+
+private:
+    tables::Recordset& m_table;
+    Columns m_cols;
+};
+
+// By-name readers for the few places outside the calendar layout's hot paths.
 inline bool boolField(const tables::Recordset& t, const QString& name) {
     const core::Value v = t.value(name);
     return !v.isEmpty() && v.toBool();

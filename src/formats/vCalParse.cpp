@@ -38,13 +38,13 @@ bool allDigits(const QString& s) {
 VbDate stampToDate(QString value) {
     Cleanit(value, QStringLiteral("TZ"));
     if ((value.size() == 14 || value.size() == 8) && allDigits(value)) {
-        const int y = QStringView(value).mid(0, 4).toInt(), mo = QStringView(value).mid(4, 2).toInt(),
-                  d = QStringView(value).mid(6, 2).toInt();
+        const QStringView v(value);
+        const int y = v.mid(0, 4).toInt(), mo = v.mid(4, 2).toInt(), d = v.mid(6, 2).toInt();
         int h = 0, mi = 0, s = 0;
         if (value.size() == 14) {
-            h = QStringView(value).mid(8, 2).toInt();
-            mi = QStringView(value).mid(10, 2).toInt();
-            s = QStringView(value).mid(12, 2).toInt();
+            h = v.mid(8, 2).toInt();
+            mi = v.mid(10, 2).toInt();
+            s = v.mid(12, 2).toInt();
         }
         if (QDate::isValid(y, mo, d) && y >= 100 && h < 24 && mi < 60 && s < 60)
             return VbDate(core::DateSerial(y, mo, d).value + core::TimeSerial(h, mi, s).value);
@@ -59,161 +59,185 @@ int64_t numberAt(const QString& text, qsizetype from, qsizetype length = -1) {
         core::raise(core::err::Overflow, kSource);
     return int64_t(v);
 }
-} // namespace
 
-void parseRule(core::Context& ctx, tables::Recordset& table, const QString& rule) {
-    auto set = [&table](const char16_t* field, const core::Value& v) { table.setValue(QString::fromUtf16(field), v); };
+void parseRuleInto(core::Context& ctx, CalendarRow& row, const QString& rule) {
     const QString first = rule.left(1);
     const QString modKey = rule.mid(1, 1);
-    set(u"RecurrenceFrequenz", first);
-    set(u"RecurrenceDuration", int64_t(0));
+    row.set(Col::RecurrenceFrequenz, first);
+    row.set(Col::RecurrenceDuration, int64_t(0));
 
-    auto notASeries = [&] {
-        set(u"RecurrenceIntervall", int64_t(1));
-        set(u"ModKey", QString());
-        set(u"RecurrenceType", QStringLiteral("D"));
-        set(u"ISRecurring", false);
+    auto notASeries = [&row] {
+        row.set(Col::RecurrenceIntervall, int64_t(1));
+        row.set(Col::ModKey, QString());
+        row.set(Col::RecurrenceType, QStringLiteral("D"));
+        row.set(Col::ISRecurring, false);
     };
 
     if (first == u"D" || first == u"W") {
         // The phone writes one digit: "D12" is interval 1.
         const int64_t interval = numberAt(rule, 1, 1);
-        set(u"RecurrenceIntervall", interval);
+        row.set(Col::RecurrenceIntervall, interval);
         if (first == u"D") {
-            set(u"RecurrenceType", interval == 7 ? QStringLiteral("W") : QStringLiteral("D"));
+            row.set(Col::RecurrenceType, interval == 7 ? QStringLiteral("W") : QStringLiteral("D"));
         } else {
-            set(u"RecurrenceType", QStringLiteral("W"));
-            set(u"Weekdaymask", int64_t(core::StringToDayOfWeekMask(rule.mid(3))));
+            row.set(Col::RecurrenceType, QStringLiteral("W"));
+            row.set(Col::Weekdaymask, int64_t(core::StringToDayOfWeekMask(rule.mid(3))));
         }
-        set(u"ISRecurring", true);
+        row.set(Col::ISRecurring, true);
     } else if (first == u"M") {
-        set(u"ModKey", modKey);
+        row.set(Col::ModKey, modKey);
         const qsizetype blank = rule.indexOf(u' ', 1);
         if (modKey == u"D") {
             if (blank >= 1) {
-                set(u"RecurrenceIntervall", numberAt(rule, 2, blank - 2));
-                set(u"DayOfMonth", numberAt(rule, blank));
+                row.set(Col::RecurrenceIntervall, numberAt(rule, 2, blank - 2));
+                row.set(Col::DayOfMonth, numberAt(rule, blank));
             } else {
-                set(u"RecurrenceIntervall", numberAt(rule, 2));
-                set(u"DayOfMonth", int64_t(0));
+                row.set(Col::RecurrenceIntervall, numberAt(rule, 2));
+                row.set(Col::DayOfMonth, int64_t(0));
             }
         } else if (modKey == u"1") {
-            set(u"DayOfMonth", blank >= 1 ? numberAt(rule, blank) : int64_t(0));
-            set(u"RecurrenceIntervall", int64_t(1));
-            set(u"ModKey", QString());
+            row.set(Col::DayOfMonth, blank >= 1 ? numberAt(rule, blank) : int64_t(0));
+            row.set(Col::RecurrenceIntervall, int64_t(1));
+            row.set(Col::ModKey, QString());
         } else {
             notASeries();
             return;
         }
-        set(u"RecurrenceType", QStringLiteral("M"));
-        set(u"ISRecurring", true);
+        row.set(Col::RecurrenceType, QStringLiteral("M"));
+        row.set(Col::ISRecurring, true);
     } else if (first == u"Y") {
-        set(u"ModKey", modKey);
+        row.set(Col::ModKey, modKey);
         if (modKey == u"D" || modKey == u"M") {
-            set(u"RecurrenceIntervall", numberAt(rule, 2));
+            row.set(Col::RecurrenceIntervall, numberAt(rule, 2));
             if (modelIsOneOf(ctx.phone.MobileModel, {u"Q52", u"Q33", u"R52", u"P52"}))
-                set(u"ModKey", QString());
+                row.set(Col::ModKey, QString());
         } else if (modKey == u"1") {
-            set(u"RecurrenceIntervall", int64_t(1));
-            set(u"ModKey", QString());
+            row.set(Col::RecurrenceIntervall, int64_t(1));
+            row.set(Col::ModKey, QString());
         } else {
-            set(u"RecurrenceIntervall", int64_t(1));
-            set(u"ModKey", QStringLiteral("D"));
+            row.set(Col::RecurrenceIntervall, int64_t(1));
+            row.set(Col::ModKey, QStringLiteral("D"));
         }
-        set(u"RecurrenceType", QStringLiteral("Y"));
-        set(u"ISRecurring", true);
+        row.set(Col::RecurrenceType, QStringLiteral("Y"));
+        row.set(Col::ISRecurring, true);
     } else {
         notASeries();
     }
 }
 
-namespace {
 // The status field each category sets.
-const char16_t* statusOfCategory(const QString& value) {
+std::optional<Col> statusOfCategory(const QString& value) {
     if (value == u"MISCELLANEOUS")
-        return u"MemoStatus";
+        return Col::MemoStatus;
     if (value == u"MEETING")
-        return u"MeetingStatus";
+        return Col::MeetingStatus;
     if (value == u"ANNIVERSARY")
-        return u"AnniversaryStatus";
+        return Col::AnniversaryStatus;
     if (value == u"PHONE CALL")
-        return u"PhoneCallStatus";
-    return nullptr;
+        return Col::PhoneCallStatus;
+    return std::nullopt;
 }
+
+// The text form of dates, remembering the last one: the start's text is asked
+// for twice on most entries, and building it is the dearest step of a field.
+class DateTexts {
+public:
+    explicit DateTexts(const tables::Recordset& table) : m_table(table) {}
+    const QString& of(VbDate d) {
+        if (!m_has || d != m_date) {
+            m_text = m_table.dateAsText(d);
+            m_date = d;
+            m_has = true;
+        }
+        return m_text;
+    }
+
+private:
+    const tables::Recordset& m_table;
+    VbDate m_date;
+    QString m_text;
+    bool m_has = false;
+};
 
 // The steps after the last line, in their order: later steps read what earlier
 // ones wrote.
-void completeRow(core::Context& ctx, tables::Recordset& t) {
-    auto set = [&t](const char16_t* field, const core::Value& v) { t.setValue(QString::fromUtf16(field), v); };
-    set(u"noPhonecall", true);
+void completeRow(core::Context& ctx, CalendarRow& row, DateTexts& texts) {
+    row.set(Col::noPhonecall, true);
 
     QString typ;
-    if (boolField(t, QStringLiteral("MemoStatus")))
+    if (row.flag(Col::MemoStatus))
         typ = QString();
-    else if (boolField(t, QStringLiteral("MeetingStatus")))
+    else if (row.flag(Col::MeetingStatus))
         typ = QStringLiteral("1");
-    else if (boolField(t, QStringLiteral("AnniversaryStatus")))
+    else if (row.flag(Col::AnniversaryStatus))
         typ = QStringLiteral("2");
-    else if (boolField(t, QStringLiteral("PhoneCallStatus")))
+    else if (row.flag(Col::PhoneCallStatus))
         typ = QStringLiteral("3");
-    set(u"Typ", typ);
-    set(u"Serie", t.value(QStringLiteral("RecurrenceType")));
+    row.set(Col::Typ, typ);
+    row.set(Col::Serie, row.value(Col::RecurrenceType));
 
     // An alarm before the start moves the shown start to the alarm.
-    const bool hasStart = boolField(t, QStringLiteral("DTStartFlag"));
-    const bool hasA = boolField(t, QStringLiteral("AAlarmFlag"));
-    const bool hasD = boolField(t, QStringLiteral("DAlarmFlag"));
-    const VbDate dtStart = dateField(t, QStringLiteral("DTStart"));
-    const VbDate aAlarm = dateField(t, QStringLiteral("AAlarm"));
-    const VbDate dAlarm = dateField(t, QStringLiteral("DAlarm"));
+    const bool hasStart = row.flag(Col::DTStartFlag);
+    const bool hasA = row.flag(Col::AAlarmFlag);
+    const bool hasD = row.flag(Col::DAlarmFlag);
+    const VbDate dtStart = row.date(Col::DTStart);
+    const VbDate aAlarm = row.date(Col::AAlarm);
+    const VbDate dAlarm = row.date(Col::DAlarm);
     VbDate start;
     if (hasStart)
         start = hasA ? std::min(dtStart, aAlarm) : hasD ? std::min(dtStart, dAlarm) : dtStart;
     else
         start = !hasD ? aAlarm : !hasA ? dAlarm : std::min(aAlarm, dAlarm);
-    set(u"Start", start);
+    row.set(Col::Start, start);
 
-    set(u"StartasText", t.dateAsText(start));
-    set(u"MobileRecPattern", start);
+    row.set(Col::StartasText, texts.of(start));
+    row.set(Col::MobileRecPattern, start);
     const VbDate startDate = core::DateValue(start);
-    set(u"StartDate", startDate);
-    set(u"PimRecPattString", t.dateAsText(startDate));
-    set(u"PIMRecPatt", startDate);
-    set(u"StartTime", core::Format(core::TimeValue(start), ctx.formats.TimeFormat));
+    row.set(Col::StartDate, startDate);
+    row.set(Col::PimRecPattString, texts.of(startDate));
+    row.set(Col::PIMRecPatt, startDate);
+    row.set(Col::StartTime, core::Format(core::TimeValue(start), ctx.formats.TimeFormat));
 
-    VbDate dtEnd = dateField(t, QStringLiteral("DTEnd"));
+    VbDate dtEnd = row.date(Col::DTEnd);
     if (dtEnd < dtStart) {
         dtEnd = dtStart;
-        set(u"DTEnd", dtEnd);
+        row.set(Col::DTEnd, dtEnd);
     }
     const VbDate endDate = core::DateValue(dtEnd);
-    set(u"EndDate", endDate);
-    set(u"EndTime", core::TimeValue(dtEnd));
-    set(u"EndDateFlag", true);
-    set(u"StartEndDiff", int64_t(core::DateDiff(QStringLiteral("d"), startDate, endDate)));
+    row.set(Col::EndDate, endDate);
+    row.set(Col::EndTime, core::TimeValue(dtEnd));
+    row.set(Col::EndDateFlag, true);
+    row.set(Col::StartEndDiff, int64_t(endDate.value - startDate.value));
 
-    set(u"Alarm", hasA || hasD);
-    const QString description = textField(t, QStringLiteral("Description"));
-    const QString text = description.isEmpty() ? textField(t, QStringLiteral("Summary")) : description;
-    set(u"Text", text);
-    set(u"PIMText", text);
-    set(u"Mobile", true);
-    set(u"EntryType", int32_t(2));
-    t.update();
+    row.set(Col::Alarm, hasA || hasD);
+    const QString description = row.text(Col::Description);
+    const QString text = description.isEmpty() ? row.text(Col::Summary) : description;
+    row.set(Col::Text, text);
+    row.set(Col::PIMText, text);
+    row.set(Col::Mobile, true);
+    row.set(Col::EntryType, int32_t(2));
+    row.table().update();
 }
 } // namespace
+
+void parseRule(core::Context& ctx, tables::Recordset& table, const QString& rule) {
+    CalendarRow row(table);
+    parseRuleInto(ctx, row, rule);
+}
 
 bool ParsEntryFromMobile(core::Context& ctx, tables::Recordset& table, QString& text) {
     if (ctx.flags.GlobalCommandDebug)
         ctx.ui->msgBox(text, core::MsgButtons::OK, core::MsgIcon::Information, ctx.title());
 
-    const QString crLf = QStringLiteral("\r\n");
+    static const QString colon = QStringLiteral(":");
+    static const QString crLf = QStringLiteral("\r\n");
+    CalendarRow row(table);
+    DateTexts texts(table);
     int nesting = 0;
-    bool utf8Flag = boolField(table, QStringLiteral("UTF8Flag"));
-    auto set = [&table](const char16_t* field, const core::Value& v) { table.setValue(QString::fromUtf16(field), v); };
+    bool utf8Flag = row.flag(Col::UTF8Flag);
 
     while (!text.isEmpty()) {
-        QString key = HolTeilstring(text, QStringLiteral(":"));
+        QString key = HolTeilstring(text, colon);
         QString value;
         // Folded lines: a line that begins with a blank continues the value, the
         // blank included. A last line without CR LF gives an empty line and leaves
@@ -226,7 +250,7 @@ bool ParsEntryFromMobile(core::Context& ctx, tables::Recordset& table, QString& 
         } while (text.startsWith(u' '));
 
         encodeString(ctx, value, key, utf8Flag);
-        set(u"UTF8Flag", utf8Flag);
+        row.set(Col::UTF8Flag, utf8Flag);
         const qsizetype semicolon = key.indexOf(u';');
         if (semicolon >= 0)
             key.truncate(semicolon);
@@ -240,34 +264,34 @@ bool ParsEntryFromMobile(core::Context& ctx, tables::Recordset& table, QString& 
                 unexpectedKey(ctx, -1995, u" END", key, value);
             --nesting;
         } else if (key == u"CATEGORIES") {
-            const char16_t* status = statusOfCategory(value);
+            const std::optional<Col> status = statusOfCategory(value);
             if (!status)
                 unexpectedKey(ctx, -1994, u" CATEGORIES", key, value);
-            set(status, true);
+            row.set(*status, true);
         } else if (key == u"DTSTART") {
             const VbDate d = stampToDate(value);
-            set(u"DTStart", d);
-            const QString asText = table.dateAsText(d);
-            set(u"StartasText", asText);
-            set(u"DTStartFlag", true);
-            set(u"PIMRecPatt", d);
-            set(u"PimRecPattString", asText);
+            row.set(Col::DTStart, d);
+            const QString& asText = texts.of(d);
+            row.set(Col::StartasText, asText);
+            row.set(Col::DTStartFlag, true);
+            row.set(Col::PIMRecPatt, d);
+            row.set(Col::PimRecPattString, asText);
         } else if (key == u"DTEND") {
-            set(u"DTEnd", stampToDate(value));
+            row.set(Col::DTEnd, stampToDate(value));
         } else if (key == u"AALARM") {
-            set(u"AAlarm", stampToDate(value));
-            set(u"AAlarmFlag", true);
+            row.set(Col::AAlarm, stampToDate(value));
+            row.set(Col::AAlarmFlag, true);
         } else if (key == u"DALARM") {
-            set(u"DAlarm", stampToDate(value));
-            set(u"DAlarmFlag", true);
+            row.set(Col::DAlarm, stampToDate(value));
+            row.set(Col::DAlarmFlag, true);
         } else if (key == u"DESCRIPTION") {
             const QStringList pieces = SplitESCStrings(value);
-            set(u"Description", pieces.isEmpty() ? QString() : RemoveCTRLCharactersFromString(pieces.first()));
+            row.set(Col::Description, pieces.isEmpty() ? QString() : RemoveCTRLCharactersFromString(pieces.first()));
         } else if (key == u"SUMMARY") {
             const QStringList pieces = SplitESCStrings(value);
-            set(u"Summary", pieces.isEmpty() ? QString() : pieces.first());
+            row.set(Col::Summary, pieces.isEmpty() ? QString() : pieces.first());
         } else if (key == u"RRULE") {
-            parseRule(ctx, table, value);
+            parseRuleInto(ctx, row, value);
         } else if (key == u"VERSION") {
             // No version is checked in this format.
         } else if (nesting == 0) {
@@ -278,7 +302,7 @@ bool ParsEntryFromMobile(core::Context& ctx, tables::Recordset& table, QString& 
         }
     }
 
-    completeRow(ctx, table);
+    completeRow(ctx, row, texts);
     return true;
 }
 

@@ -17,8 +17,49 @@ using core::VbDate;
 namespace {
 const QString kCrLf = QStringLiteral("\r\n");
 
+void appendDigits(QString& out, int value, int width) {
+    char16_t buf[8];
+    for (int i = width - 1; i >= 0; --i) {
+        buf[i] = char16_t(u'0' + value % 10);
+        value /= 10;
+    }
+    out.append(QStringView(buf, width));
+}
+
+// "yyyymmdd" of the date, "T", "hhmmss" of the time, "Z": the date-time stays
+// local in spite of the "Z".
 QString stamp(VbDate date, VbDate time) {
-    return core::Format(date, QStringLiteral("yyyymmdd")) + u'T' + core::Format(time, QStringLiteral("hhmmss")) + u'Z';
+    const QDate d = core::toQDate(date);
+    QString out;
+    out.reserve(16);
+    appendDigits(out, d.year(), 4);
+    appendDigits(out, d.month(), 2);
+    appendDigits(out, d.day(), 2);
+    out += u'T';
+    appendDigits(out, core::Hour(time), 2);
+    appendDigits(out, core::Minute(time), 2);
+    appendDigits(out, core::Second(time), 2);
+    out += u'Z';
+    return out;
+}
+
+QString ruleOf(const CalendarRow& row) {
+    const QString type = row.text(Col::RecurrenceType);
+    const QString interval = row.text(Col::RecurrenceIntervall);
+    QString rule = row.text(Col::RecurrenceFrequenz);
+    if (type == u"D") {
+        rule += interval;
+    } else if (type == u"W") {
+        rule += interval;
+        const int64_t mask = row.number(Col::Weekdaymask);
+        if (mask > 0)
+            rule += u' ' + core::DayOfWeekMaskToString(mask);
+    } else if (type == u"M") {
+        rule += row.text(Col::ModKey) + interval + u' ' + row.text(Col::DayOfMonth);
+    } else if (type == u"Y") {
+        rule += row.text(Col::ModKey) + interval;
+    }
+    return rule + QStringLiteral(" #") + row.text(Col::RecurrenceDuration);
 }
 } // namespace
 
@@ -33,66 +74,54 @@ bool modelIsOneOf(const QString& model, std::initializer_list<const char16_t*> n
     return false;
 }
 
-QString ruleText(tables::Recordset& row) {
-    const QString type = textField(row, QStringLiteral("RecurrenceType"));
-    const QString interval = textField(row, QStringLiteral("RecurrenceIntervall"));
-    QString rule = textField(row, QStringLiteral("RecurrenceFrequenz"));
-    if (type == u"D") {
-        rule += interval;
-    } else if (type == u"W") {
-        rule += interval;
-        const int64_t mask = intField(row, QStringLiteral("Weekdaymask"));
-        if (mask > 0)
-            rule += u' ' + core::DayOfWeekMaskToString(mask);
-    } else if (type == u"M") {
-        rule +=
-            textField(row, QStringLiteral("ModKey")) + interval + u' ' + textField(row, QStringLiteral("DayOfMonth"));
-    } else if (type == u"Y") {
-        rule += textField(row, QStringLiteral("ModKey")) + interval;
-    }
-    return rule + QStringLiteral(" #") + textField(row, QStringLiteral("RecurrenceDuration"));
+QString ruleText(tables::Recordset& table) {
+    return ruleOf(CalendarRow(table));
 }
 
-QString calendarEntryText(tables::Recordset& row) {
-    const vCalHeads heads = PreSetActEntryFields();
+QString calendarEntryText(tables::Recordset& table) {
+    static const vCalHeads heads = PreSetActEntryFields();
+    const CalendarRow row(table);
     QString out;
     out.reserve(512);
-    auto line = [&out](const QString& text) { out += text + kCrLf; };
+    auto line = [&out](const QString& text) {
+        out += text;
+        out += kCrLf;
+    };
 
     line(heads.BeginCalendar);
     line(heads.Version);
     line(heads.BeginEvent);
 
     QString category = QStringLiteral("MISCELLANEOUS");
-    if (boolField(row, QStringLiteral("MeetingStatus")))
+    if (row.flag(Col::MeetingStatus))
         category = QStringLiteral("MEETING");
-    else if (boolField(row, QStringLiteral("AnniversaryStatus")))
+    else if (row.flag(Col::AnniversaryStatus))
         category = QStringLiteral("ANNIVERSARY");
-    else if (boolField(row, QStringLiteral("PhoneCallStatus")))
+    else if (row.flag(Col::PhoneCallStatus))
         category = QStringLiteral("PHONE CALL");
     line(heads.Categories + category);
 
     // A series goes to the phone from its reference date; the shown occurrence
     // gives only the time of day.
-    const VbDate start = dateField(row, QStringLiteral("Start"));
-    const bool recurring = boolField(row, QStringLiteral("ISRecurring"));
-    const VbDate recPatt = dateField(row, QStringLiteral("PIMRecPatt"));
+    const VbDate start = row.date(Col::Start);
+    const bool recurring = row.flag(Col::ISRecurring);
+    const VbDate recPatt = row.date(Col::PIMRecPatt);
     const VbDate reference = (recurring && recPatt.value != 0) ? recPatt : start;
     line(heads.DTStart + stamp(reference, start));
 
-    const int64_t startEndDiff = intField(row, QStringLiteral("StartEndDiff"));
-    const VbDate endDate = startEndDiff >= 0 ? core::DateAdd(QStringLiteral("d"), double(startEndDiff), reference)
-                                             : dateField(row, QStringLiteral("DTEnd"));
-    line(heads.DTEnd + stamp(endDate, dateField(row, QStringLiteral("EndTime"))));
+    const int64_t startEndDiff = row.number(Col::StartEndDiff);
+    const VbDate endDate =
+        startEndDiff >= 0 ? core::DateAdd(QStringLiteral("d"), double(startEndDiff), reference) : row.date(Col::DTEnd);
+    line(heads.DTEnd + stamp(endDate, row.date(Col::EndTime)));
 
-    if (boolField(row, QStringLiteral("DAlarmFlag")))
-        line(heads.DAlarm + stamp(reference, dateField(row, QStringLiteral("DAlarm"))));
-    if (boolField(row, QStringLiteral("AAlarmFlag")))
-        line(heads.AAlarm + stamp(reference, dateField(row, QStringLiteral("AAlarm"))));
+    if (row.flag(Col::DAlarmFlag))
+        line(heads.DAlarm + stamp(reference, row.date(Col::DAlarm)));
+    if (row.flag(Col::AAlarmFlag))
+        line(heads.AAlarm + stamp(reference, row.date(Col::AAlarm)));
     if (recurring)
-        line(heads.RRule + ruleText(row));
+        line(heads.RRule + ruleOf(row));
 
-    const QString description = textField(row, QStringLiteral("Description"));
+    const QString description = row.text(Col::Description);
     QString encoded = StringToUniToUTFToQuoted(description);
     const QString descriptionHead = (encoded.contains(u'=') && encoded != description)
                                         ? QStringLiteral("DESCRIPTION;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:")
@@ -101,7 +130,7 @@ QString calendarEntryText(tables::Recordset& row) {
     line(descriptionHead + encoded);
     // The phone shows SUMMARY; it carries the description's text, under the plain
     // head even when that text is quoted-printable.
-    if (!textField(row, QStringLiteral("Summary")).isEmpty())
+    if (!row.text(Col::Summary).isEmpty())
         line(heads.Summary + encoded);
 
     line(heads.EndEvent);

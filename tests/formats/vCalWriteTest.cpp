@@ -204,12 +204,14 @@ TEST_F(vCalFixture, SerieFieldsByModelAndKind) {
         const std::string what = std::string(c.model) + " " + c.type;
         EXPECT_EQ(text(QStringLiteral("RecurrenceFrequenz")), QString::fromUtf8(c.frequency)) << what;
         EXPECT_EQ(get(QStringLiteral("RecurrenceIntervall")).toInt64(), c.interval) << what;
-        if (c.modKey)
+        if (c.modKey) {
             EXPECT_EQ(text(QStringLiteral("ModKey")), QString::fromUtf8(c.modKey)) << what;
-        else
+        } else {
             EXPECT_TRUE(get(QStringLiteral("ModKey")).isEmpty()) << what;
-        if (QByteArray(c.type) == "M")
+        }
+        if (QByteArray(c.type) == "M") {
             EXPECT_EQ(get(QStringLiteral("DayOfMonth")).toInt64(), 19) << what;
+        }
     }
     EXPECT_TRUE(ui.boxes.isEmpty());
 }

@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Throughput of the calendar entry format over 10,000 generated entries of
+// 150-400 bytes (a third with quoted-printable UTF-8 text, a fifth series):
+// writing rows to text, reading texts into rows, and, over the same bytes,
+// libical's vCalendar 1.0 parser. The closing line gives our parse speed as a
+// multiple of libical's.
+#include "core/Context.h"
+#include "formats/Globals.h"
+#include "formats/vCal.h"
+#include "tables/TSRADODB.h"
+
+#include <benchmark/benchmark.h>
+#include <vcc.h>
+
+#include <QCoreApplication>
+#include <cstdio>
+#include <map>
+#include <random>
+
+using namespace tsr;
+
+namespace {
+
+class NoUi : public core::UserInterface {
+public:
+    core::MsgResult msgBox(const QString&, core::MsgButtons, core::MsgIcon, const QString&) override {
+        return core::MsgResult::OK;
+    }
+    void statusShow(const QString&) override {}
+    void statusSetText(const QString&) override {}
+    void statusHide() override {}
+    void processEvents() override {}
+    void refreshGrid(int) override {}
+    bool mainFormVisibleAndEnabled() const override { return false; }
+    void focusMainForm() override {}
+    bool printText(const core::RichText&, const QString&, int) override { return true; }
+};
+
+constexpr int kEntries = 10000;
+
+const char16_t* const kWords[] = {u"Meeting", u"Dentist", u"Call", u"Project", u"review", u"with", u"team",
+                                  u"Lunch",   u"Berlin",  u"room", u"budget",  u"plan",   u"Anna", u"Bob"};
+const char16_t* const kWide[] = {u"Müller", u"Grüße", u"€", u"Straße", u"会议", u"東京", u"ÄÖÜ", u"naïve", u"Zoë"};
+
+struct Corpus {
+    NoUi ui;
+    core::Context ctx{ui};
+    tables::Recordset rows{QStringLiteral("RSCalendar")};
+    std::vector<QByteArray> bytes; // the text of each row, as the phone holds it
+    std::vector<QString> texts;    // the same, read back through the code page
+    qint64 totalBytes = 0;
+
+    Corpus() {
+        tables::InitCalendarRS(rows);
+        ctx.phone.MobileModel = QStringLiteral("QX71");
+        std::mt19937 rng(20261122);
+        auto pick = [&rng](int n) { return int(rng() % unsigned(n)); };
+        for (int i = 0; i < kEntries; ++i) {
+            for (int attempt = 0;; ++attempt) {
+                if (attempt > 0)
+                    rows.deleteCurrent();
+                fillRow(i, pick);
+                const QString text = formats::calendarEntryText(rows);
+                if ((text.size() >= 150 && text.size() <= 400) || attempt > 50) {
+                    bytes.push_back(formats::calendarEntryBytes(text));
+                    texts.push_back(formats::textFromCodePage(bytes.back()));
+                    totalBytes += bytes.back().size();
+                    break;
+                }
+            }
+        }
+    }
+
+    template <class Pick> void fillRow(int i, Pick& pick) {
+        tables::vCalCreateNewRecord(rows);
+        const bool quoted = i % 3 == 0;
+        QString description;
+        const int words = 2 + pick(quoted ? 8 : 30);
+        for (int w = 0; w < words; ++w) {
+            if (w)
+                description += u' ';
+            description +=
+                QString::fromUtf16(quoted && w % 2 ? kWide[pick(std::size(kWide))] : kWords[pick(std::size(kWords))]);
+        }
+        const core::VbDate start(core::DateSerial(2026, 1 + pick(12), 1 + pick(28)).value +
+                                 core::TimeSerial(6 + pick(14), pick(4) * 15, 0).value);
+        auto set = [this](const char16_t* f, const core::Value& v) { rows.setValue(QString::fromUtf16(f), v); };
+        set(u"Start", start);
+        set(u"StartDate", core::DateValue(start));
+        set(u"EndTime", core::TimeValue(core::VbDate(start.value + 1.0 / 24)));
+        set(u"StartEndDiff", int64_t(0));
+        set(u"Description", description);
+        if (pick(2))
+            set(u"Summary", QStringLiteral("s"));
+        static const char16_t* const status[] = {u"MemoStatus", u"MeetingStatus", u"AnniversaryStatus",
+                                                 u"PhoneCallStatus"};
+        set(status[pick(4)], true);
+        if (pick(3) == 0) {
+            set(u"AAlarmFlag", true);
+            set(u"AAlarm", core::TimeValue(start));
+        }
+        if (i % 5 == 0) {
+            static const char16_t* const kinds[] = {u"D", u"W", u"M", u"Y"};
+            set(u"ISRecurring", true);
+            set(u"RecurrenceType", QString::fromUtf16(kinds[(i / 5) % 4]));
+            set(u"RecurrenceDuration", int64_t(0));
+            set(u"PIMRecPatt", core::DateValue(start));
+            formats::vCalSetSerieFields(ctx, rows, int16_t(2 | 16));
+        }
+    }
+};
+
+Corpus& corpus() {
+    static Corpus c;
+    return c;
+}
+
+void BM_vCalWrite(benchmark::State& state) {
+    Corpus& c = corpus();
+    for (auto _ : state) {
+        qint64 written = 0;
+        c.rows.moveFirst();
+        while (!c.rows.eof()) {
+            const QByteArray b = formats::calendarEntryBytes(formats::calendarEntryText(c.rows));
+            written += b.size();
+            c.rows.moveNext();
+        }
+        benchmark::DoNotOptimize(written);
+    }
+    state.SetBytesProcessed(state.iterations() * c.totalBytes);
+}
+
+void BM_vCalParse(benchmark::State& state) {
+    Corpus& c = corpus();
+    int64_t failed = 0;
+    for (auto _ : state) {
+        // The reader's caller makes the new rows (vCalCreateNewRecord); that is
+        // the table's work, not the parser's, and stays out of the timing.
+        state.PauseTiming();
+        tables::Recordset table(QStringLiteral("RSCalendar"));
+        tables::InitCalendarRS(table);
+        for (size_t i = 0; i < c.bytes.size(); ++i)
+            tables::vCalCreateNewRecord(table);
+        table.moveFirst();
+        state.ResumeTiming();
+        // Bytes from the phone become text, then a row.
+        for (const QByteArray& b : c.bytes) {
+            QString text = formats::textFromCodePage(b);
+            if (!formats::ParsEntryFromMobile(c.ctx, table, text))
+                ++failed;
+            table.moveNext();
+        }
+    }
+    state.counters["failed"] = double(failed);
+    state.SetBytesProcessed(state.iterations() * c.totalBytes);
+}
+
+void BM_libicalVcalParse(benchmark::State& state) {
+    Corpus& c = corpus();
+    registerMimeErrorHandler([](char*) {});
+    int64_t failed = 0;
+    for (auto _ : state) {
+        for (const QByteArray& b : c.bytes) {
+            VObject* o = Parse_MIME(b.constData(), static_cast<unsigned long>(b.size()));
+            if (!o)
+                ++failed;
+            else
+                cleanVObjects(o);
+        }
+    }
+    state.counters["failed"] = double(failed);
+    state.SetBytesProcessed(state.iterations() * c.totalBytes);
+}
+
+BENCHMARK(BM_vCalWrite)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_vCalParse)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_libicalVcalParse)->Unit(benchmark::kMillisecond);
+
+// Keeps every run's bytes per second, to print the ratio at the end.
+class RatioReporter : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run>& runs) override {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run& r : runs) {
+            auto it = r.counters.find("bytes_per_second");
+            if (it != r.counters.end())
+                rates[r.benchmark_name()] = it->second.value;
+        }
+    }
+    std::map<std::string, double> rates;
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    const Corpus& c = corpus();
+    qint64 smallest = 1 << 30, largest = 0;
+    for (const QByteArray& b : c.bytes) {
+        smallest = std::min<qint64>(smallest, b.size());
+        largest = std::max<qint64>(largest, b.size());
+    }
+    std::printf("corpus: %d entries, %lld bytes (%lld to %lld per entry)\n", kEntries,
+                static_cast<long long>(c.totalBytes), static_cast<long long>(smallest),
+                static_cast<long long>(largest));
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    const double ours = reporter.rates["BM_vCalParse"], theirs = reporter.rates["BM_libicalVcalParse"];
+    if (ours > 0 && theirs > 0)
+        std::printf("parse: ours %.1f MB/s, libical vcal %.1f MB/s, ratio %.2f\n", ours / 1e6, theirs / 1e6,
+                    ours / theirs);
+    cleanStrTbl();
+    return 0;
+}
