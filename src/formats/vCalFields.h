@@ -9,6 +9,7 @@
 #include "tables/Recordset.h"
 
 #include <array>
+#include <optional>
 
 namespace tsr::formats::detail {
 
@@ -108,5 +109,19 @@ inline int64_t intField(const tables::Recordset& t, const QString& name) {
 inline QString textField(const tables::Recordset& t, const QString& name) {
     return t.value(name).toText();
 }
+
+} // namespace tsr::formats::detail
+
+namespace tsr::formats::detail {
+
+// The mask formatter's result for masks of numbers only (d, dd, m, mm, y, yy,
+// yyyy, h, hh, n, nn, s, ss and separators), built without the general
+// formatter's locale and pattern work; nothing for any other mask.
+std::optional<QString> quickFormat(core::VbDate d, const QString& mask);
+// The table's text form of a date (as Recordset::dateAsText), quickly where the
+// masks allow it.
+QString quickDateText(const tables::Recordset& table, core::VbDate d);
+// The time of day in the given mask (as core::Format), quickly where it allows it.
+QString quickTimeText(core::VbDate d, const QString& mask);
 
 } // namespace tsr::formats::detail

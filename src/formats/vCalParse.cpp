@@ -145,7 +145,7 @@ public:
     explicit DateTexts(const tables::Recordset& table) : m_table(table) {}
     const QString& of(VbDate d) {
         if (!m_has || d != m_date) {
-            m_text = m_table.dateAsText(d);
+            m_text = quickDateText(m_table, d);
             m_date = d;
             m_has = true;
         }
@@ -196,7 +196,7 @@ void completeRow(core::Context& ctx, CalendarRow& row, DateTexts& texts) {
     row.set(Col::StartDate, startDate);
     row.set(Col::PimRecPattString, texts.of(startDate));
     row.set(Col::PIMRecPatt, startDate);
-    row.set(Col::StartTime, core::Format(core::TimeValue(start), ctx.formats.TimeFormat));
+    row.set(Col::StartTime, quickTimeText(core::TimeValue(start), ctx.formats.TimeFormat));
 
     VbDate dtEnd = row.date(Col::DTEnd);
     if (dtEnd < dtStart) {

@@ -94,6 +94,8 @@ public:
     // is written into a text field.
     void setDateTextForm(const QString& dateMask, const QString& timeMask);
     QString dateAsText(core::VbDate d) const;
+    const QString& dateMask() const { return m_dateMask; }
+    const QString& timeMask() const { return m_timeMask; }
 
     // Rows of the current view, by 0-based view index, without moving the cursor.
     Value valueAt(int viewIndex, int fieldIndex) const;
