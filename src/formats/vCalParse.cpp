@@ -229,79 +229,101 @@ bool ParsEntryFromMobile(core::Context& ctx, tables::Recordset& table, QString& 
     if (ctx.flags.GlobalCommandDebug)
         ctx.ui->msgBox(text, core::MsgButtons::OK, core::MsgIcon::Information, ctx.title());
 
-    static const QString colon = QStringLiteral(":");
-    static const QString crLf = QStringLiteral("\r\n");
+    static const QString quotedPrintable = QStringLiteral("ENCODING=QUOTED-PRINTABLE");
     CalendarRow row(table);
     DateTexts texts(table);
     int nesting = 0;
     bool utf8Flag = row.flag(Col::UTF8Flag);
+    // The text is read from `pos` on, as HolTeilstring would cut it, without
+    // moving the rest on every line; `text` is cut once at the end, or at an error.
+    qsizetype pos = 0;
+    const qsizetype size = text.size();
 
-    while (!text.isEmpty()) {
-        QString key = HolTeilstring(text, colon);
-        QString value;
-        // Folded lines: a line that begins with a blank continues the value, the
-        // blank included. A last line without CR LF gives an empty line and leaves
-        // the text as it is, so the fold stops there.
-        do {
-            const qsizetype before = text.size();
-            value += HolTeilstring(text, crLf);
-            if (text.size() == before)
-                break;
-        } while (text.startsWith(u' '));
+    try {
+        while (pos < size) {
+            QStringView key;
+            const qsizetype colon = text.indexOf(u':', pos);
+            if (colon >= 0) {
+                key = QStringView(text).mid(pos, colon - pos);
+                pos = colon + 1;
+            }
+            // Folded lines: a line that begins with a blank continues the value, the
+            // blank included. A last line without CR LF gives an empty line and leaves
+            // the text as it is, so the fold stops there.
+            QString value;
+            do {
+                const qsizetype lineEnd = text.indexOf(QLatin1StringView("\r\n"), pos);
+                if (lineEnd < 0)
+                    break;
+                value += QStringView(text).mid(pos, lineEnd - pos);
+                pos = lineEnd + 2;
+            } while (pos < size && text[pos] == u' ');
 
-        encodeString(ctx, value, key, utf8Flag);
-        row.set(Col::UTF8Flag, utf8Flag);
-        const qsizetype semicolon = key.indexOf(u';');
-        if (semicolon >= 0)
-            key.truncate(semicolon);
+            // Without this parameter the decoding leaves value and flag alone.
+            if (key.contains(quotedPrintable)) {
+                const bool before = utf8Flag;
+                encodeString(ctx, value, key.toString(), utf8Flag);
+                if (utf8Flag != before)
+                    row.set(Col::UTF8Flag, utf8Flag);
+            }
+            const qsizetype semicolon = key.indexOf(u';');
+            if (semicolon >= 0)
+                key.truncate(semicolon);
 
-        if (key == u"BEGIN") {
-            if (value != u"VCALENDAR" && value != u"VEVENT")
-                unexpectedKey(ctx, -1996, u" BEGIN", key, value);
-            ++nesting;
-        } else if (key == u"END") {
-            if (value != u"VCALENDAR" && value != u"VEVENT")
-                unexpectedKey(ctx, -1995, u" END", key, value);
-            --nesting;
-        } else if (key == u"CATEGORIES") {
-            const std::optional<Col> status = statusOfCategory(value);
-            if (!status)
-                unexpectedKey(ctx, -1994, u" CATEGORIES", key, value);
-            row.set(*status, true);
-        } else if (key == u"DTSTART") {
-            const VbDate d = stampToDate(value);
-            row.set(Col::DTStart, d);
-            const QString& asText = texts.of(d);
-            row.set(Col::StartasText, asText);
-            row.set(Col::DTStartFlag, true);
-            row.set(Col::PIMRecPatt, d);
-            row.set(Col::PimRecPattString, asText);
-        } else if (key == u"DTEND") {
-            row.set(Col::DTEnd, stampToDate(value));
-        } else if (key == u"AALARM") {
-            row.set(Col::AAlarm, stampToDate(value));
-            row.set(Col::AAlarmFlag, true);
-        } else if (key == u"DALARM") {
-            row.set(Col::DAlarm, stampToDate(value));
-            row.set(Col::DAlarmFlag, true);
-        } else if (key == u"DESCRIPTION") {
-            const QStringList pieces = SplitESCStrings(value);
-            row.set(Col::Description, pieces.isEmpty() ? QString() : RemoveCTRLCharactersFromString(pieces.first()));
-        } else if (key == u"SUMMARY") {
-            const QStringList pieces = SplitESCStrings(value);
-            row.set(Col::Summary, pieces.isEmpty() ? QString() : pieces.first());
-        } else if (key == u"RRULE") {
-            parseRuleInto(ctx, row, value);
-        } else if (key == u"VERSION") {
-            // No version is checked in this format.
-        } else if (nesting == 0) {
-            // Whatever follows the calendar is not ours.
-            text.clear();
-        } else {
-            unexpectedKey(ctx, -1993, u" vcs key", key, value);
+            if (key == u"BEGIN") {
+                if (value != u"VCALENDAR" && value != u"VEVENT")
+                    unexpectedKey(ctx, -1996, u" BEGIN", key.toString(), value);
+                ++nesting;
+            } else if (key == u"END") {
+                if (value != u"VCALENDAR" && value != u"VEVENT")
+                    unexpectedKey(ctx, -1995, u" END", key.toString(), value);
+                --nesting;
+            } else if (key == u"CATEGORIES") {
+                const std::optional<Col> status = statusOfCategory(value);
+                if (!status)
+                    unexpectedKey(ctx, -1994, u" CATEGORIES", key.toString(), value);
+                row.set(*status, true);
+            } else if (key == u"DTSTART") {
+                const VbDate d = stampToDate(value);
+                row.set(Col::DTStart, d);
+                const QString& asText = texts.of(d);
+                row.set(Col::StartasText, asText);
+                row.set(Col::DTStartFlag, true);
+                row.set(Col::PIMRecPatt, d);
+                row.set(Col::PimRecPattString, asText);
+            } else if (key == u"DTEND") {
+                row.set(Col::DTEnd, stampToDate(value));
+            } else if (key == u"AALARM") {
+                row.set(Col::AAlarm, stampToDate(value));
+                row.set(Col::AAlarmFlag, true);
+            } else if (key == u"DALARM") {
+                row.set(Col::DAlarm, stampToDate(value));
+                row.set(Col::DAlarmFlag, true);
+            } else if (key == u"DESCRIPTION") {
+                const QStringList pieces = SplitESCStrings(value);
+                row.set(Col::Description,
+                        pieces.isEmpty() ? QString() : RemoveCTRLCharactersFromString(pieces.first()));
+            } else if (key == u"SUMMARY") {
+                const QStringList pieces = SplitESCStrings(value);
+                row.set(Col::Summary, pieces.isEmpty() ? QString() : pieces.first());
+            } else if (key == u"RRULE") {
+                parseRuleInto(ctx, row, value);
+            } else if (key == u"VERSION") {
+                // No version is checked in this format.
+            } else if (nesting == 0) {
+                // Whatever follows the calendar is not ours.
+                pos = size;
+            } else {
+                unexpectedKey(ctx, -1993, u" vcs key", key.toString(), value);
+            }
         }
+    } catch (...) {
+        text.remove(0, pos);
+        throw;
     }
+    text.clear();
 
+    row.set(Col::UTF8Flag, utf8Flag);
     completeRow(ctx, row, texts);
     return true;
 }
