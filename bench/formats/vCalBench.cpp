@@ -4,6 +4,7 @@
 // writing rows to text, reading texts into rows, and, over the same bytes,
 // libical's vCalendar 1.0 parser. The closing line gives our parse speed as a
 // multiple of libical's.
+#include "../../fuzz/FuzzUi.h"
 #include "core/Context.h"
 #include "formats/Globals.h"
 #include "formats/vCal.h"
@@ -21,21 +22,6 @@ using namespace tsr;
 
 namespace {
 
-class NoUi : public core::UserInterface {
-public:
-    core::MsgResult msgBox(const QString&, core::MsgButtons, core::MsgIcon, const QString&) override {
-        return core::MsgResult::OK;
-    }
-    void statusShow(const QString&) override {}
-    void statusSetText(const QString&) override {}
-    void statusHide() override {}
-    void processEvents() override {}
-    void refreshGrid(int) override {}
-    bool mainFormVisibleAndEnabled() const override { return false; }
-    void focusMainForm() override {}
-    bool printText(const core::RichText&, const QString&, int) override { return true; }
-};
-
 constexpr int kEntries = 10000;
 
 const char16_t* const kWords[] = {u"Meeting", u"Dentist", u"Call", u"Project", u"review", u"with", u"team",
@@ -43,7 +29,7 @@ const char16_t* const kWords[] = {u"Meeting", u"Dentist", u"Call", u"Project", u
 const char16_t* const kWide[] = {u"Müller", u"Grüße", u"€", u"Straße", u"会议", u"東京", u"ÄÖÜ", u"naïve", u"Zoë"};
 
 struct Corpus {
-    NoUi ui;
+    fuzz::SilentUi ui; // answers every box at once and keeps nothing
     core::Context ctx{ui};
     tables::Recordset rows{QStringLiteral("RSCalendar")};
     std::vector<QByteArray> bytes; // the text of each row, as the phone holds it
