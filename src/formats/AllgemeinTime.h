@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The series and time checks of Allgemein: whether a series row read from the
-// phone still has an occurrence in the date range, and the reading of a time
-// the user typed in the user's time format.
+// The series check of Allgemein: whether a series row read from the phone
+// still has an occurrence in the date range.
 #pragma once
 
 #include "core/Context.h"
+#include "core/CreateTime.h"
 #include "tables/Recordset.h"
 
 namespace tsr::formats {
@@ -16,14 +16,8 @@ namespace tsr::formats {
 // EntryID in the table. Any other row gives false. The cursor stays where it was.
 bool MustbeStand(core::Context& ctx, tables::Recordset& table);
 
-// Reads a time the user typed into `time` (a pure time, day 0). The text is first
-// read as the user's time format; when that fails, gives a day or more, or the
-// formatted value does not start with what was typed, CreateTime reads it.
-void CreateTimeFromString(core::Context& ctx, const QString& text, core::VbDate& time);
-
-// Reads hours, minutes and seconds in the order of the user's time format; what
-// is not given keeps the current time's value. A text of fewer than 4 characters,
-// or a time format without separator, gives the current time.
-core::VbDate CreateTime(core::Context& ctx, const QString& text);
+// The reading of a typed time lives with the dates, so that the log can use it too.
+using core::CreateTime;
+using core::CreateTimeFromString;
 
 } // namespace tsr::formats

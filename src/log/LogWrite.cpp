@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "log/LogWrite.h"
 
+#include "core/CreateTime.h"
 #include "core/ErrorReport.h"
-#include "formats/AllgemeinTime.h"
 
 #include <QRegularExpression>
 
@@ -46,7 +46,7 @@ QString text(const tables::Recordset& rs, const QString& field) {
 // The entry's start time read as a typed time; what cannot be read gives the time now.
 Value startTime(core::Context& ctx, const tables::Recordset& entry) {
     core::VbDate time;
-    formats::CreateTimeFromString(ctx, text(entry, QStringLiteral("StartTime")), time);
+    core::CreateTimeFromString(ctx, text(entry, QStringLiteral("StartTime")), time);
     return Value(time);
 }
 
