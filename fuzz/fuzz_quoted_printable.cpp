@@ -2,9 +2,9 @@
 // Fuzzes the decoding road of a received value: quoted-printable to bytes, then
 // UTF-8 to text, under the parameters the phone may send. The input also runs
 // the other way: any text encoded for the phone must decode back to itself.
-#include "FuzzUi.h"
 #include "core/Context.h"
 #include "core/Error.h"
+#include "core/SilentUserInterface.h"
 #include "formats/Globals.h"
 #include "formats/unicode.h"
 
@@ -13,7 +13,7 @@
 using namespace tsr;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    static fuzz::SilentUi ui;
+    static core::SilentUserInterface ui;
     static core::Context ctx(ui);
     static const QString kParams[] = {QStringLiteral("N;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE"),
                                       QStringLiteral("N;ENCODING=QUOTED-PRINTABLE"), QStringLiteral("N")};

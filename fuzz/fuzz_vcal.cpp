@@ -4,9 +4,9 @@
 // was read is written again and must read back; and since one context lives
 // through the whole run, a known good entry is read after every input to prove a
 // failed text left nothing behind.
-#include "FuzzUi.h"
 #include "core/Context.h"
 #include "core/Error.h"
+#include "core/SilentUserInterface.h"
 #include "formats/Globals.h"
 #include "formats/vCal.h"
 #include "tables/TSRADODB.h"
@@ -29,7 +29,7 @@ bool readEntry(core::Context& ctx, QString text, tables::Recordset& table) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    static fuzz::SilentUi ui;
+    static core::SilentUserInterface ui;
     static core::Context ctx(ui);
     static const QString probe =
         QStringLiteral("BEGIN:VCALENDAR\r\nVERSION:1.0\r\nBEGIN:VEVENT\r\nCATEGORIES:MEETING\r\n"

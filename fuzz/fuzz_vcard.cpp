@@ -3,9 +3,9 @@
 // reader's normal answer to bad input; anything else is a fault. One context lives
 // through the whole run, so a text that fails must leave it fit for the next one,
 // and a known good contact is read after every input to prove it.
-#include "FuzzUi.h"
 #include "core/Context.h"
 #include "core/Error.h"
+#include "core/SilentUserInterface.h"
 #include "formats/Globals.h"
 #include "formats/vCard.h"
 #include "tables/TSRADODB.h"
@@ -39,7 +39,7 @@ bool plainFieldsAreAscii(const tables::Recordset& table) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    static fuzz::SilentUi ui;
+    static core::SilentUserInterface ui;
     static core::Context ctx(ui);
     static const QString probe = QStringLiteral("BEGIN:VCARD\r\nN;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:"
                                                 "M=C3=BCller;Ann\r\nTEL;HOME:1\r\nEND:VCARD\r\n");

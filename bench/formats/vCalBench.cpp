@@ -4,8 +4,8 @@
 // writing rows to text, reading texts into rows, and, over the same bytes,
 // libical's vCalendar 1.0 parser. The closing line gives our parse speed as a
 // multiple of libical's.
-#include "../../fuzz/FuzzUi.h"
 #include "core/Context.h"
+#include "core/SilentUserInterface.h"
 #include "formats/Globals.h"
 #include "formats/vCal.h"
 #include "tables/TSRADODB.h"
@@ -29,7 +29,7 @@ const char16_t* const kWords[] = {u"Meeting", u"Dentist", u"Call", u"Project", u
 const char16_t* const kWide[] = {u"Müller", u"Grüße", u"€", u"Straße", u"会议", u"東京", u"ÄÖÜ", u"naïve", u"Zoë"};
 
 struct Corpus {
-    fuzz::SilentUi ui; // answers every box at once and keeps nothing
+    core::SilentUserInterface ui; // answers every box at once and keeps nothing
     core::Context ctx{ui};
     tables::Recordset rows{QStringLiteral("RSCalendar")};
     std::vector<QByteArray> bytes; // the text of each row, as the phone holds it

@@ -5,6 +5,7 @@
 // contacts; beside them, the same calendar files parsed and expanded with
 // plain libical calls, and the ratio of the two.
 #include "core/Context.h"
+#include "core/SilentUserInterface.h"
 #include "pim/Pim.h"
 #include "pim/local/LocalStore.h"
 
@@ -22,24 +23,9 @@ namespace {
 
 using namespace tsr;
 
-class NoUi : public core::UserInterface {
-public:
-    core::MsgResult msgBox(const QString&, core::MsgButtons, core::MsgIcon, const QString&) override {
-        return core::MsgResult::OK;
-    }
-    void statusShow(const QString&) override {}
-    void statusSetText(const QString&) override {}
-    void statusHide() override {}
-    void processEvents() override {}
-    void refreshGrid(int) override {}
-    bool mainFormVisibleAndEnabled() const override { return false; }
-    void focusMainForm() override {}
-    bool printText(const core::RichText&, const QString&, int) override { return false; }
-};
-
 struct Fixture {
     QTemporaryDir dir;
-    NoUi ui;
+    core::SilentUserInterface ui;
     core::Context ctx{ui};
 
     Fixture() {

@@ -5,21 +5,13 @@
 
 #include "core/ErrorReport.h"
 #include "core/Numbers.h"
+#include "tables/TSRADODB.h"
 
 namespace tsr::formats {
 
-namespace {
-void copyFields(tables::Recordset& target, tables::Recordset& source, std::initializer_list<const char16_t*> fields) {
-    for (const char16_t* f : fields) {
-        const QString name = QString::fromUtf16(f);
-        target.setValue(name, source.value(name));
-    }
-}
-} // namespace
-
 void vCalSyncOutlookEntry(core::Context& ctx, tables::Recordset& target, tables::Recordset& source) {
     core::guarded(ctx, QStringLiteral("vCal"), QStringLiteral("vCalSyncOutlookEntry"), [&] {
-        copyFields(target, source, {u"UID", u"PIMText", u"PIM", u"PIMnew"});
+        tables::copyFields(target, source, {u"UID", u"PIMText", u"PIM", u"PIMnew"});
         target.setValue(QStringLiteral("EntryType"), int32_t(3));
         target.update();
     });
@@ -27,15 +19,15 @@ void vCalSyncOutlookEntry(core::Context& ctx, tables::Recordset& target, tables:
 
 void vCalSyncMobileEntry(core::Context& ctx, tables::Recordset& target, tables::Recordset& source) {
     core::guarded(ctx, QStringLiteral("vCal"), QStringLiteral("vCalSyncMobileEntry"), [&] {
-        copyFields(target, source, {u"EntryID"});
+        tables::copyFields(target, source, {u"EntryID"});
         target.setValue(QStringLiteral("SubType"), source.value(QStringLiteral("EntryID")));
-        copyFields(target, source, {u"Text", u"Mobile"});
+        tables::copyFields(target, source, {u"Text", u"Mobile"});
         target.setValue(QStringLiteral("EntryType"), int32_t(3));
         // MemoStatus stays out of this list on purpose; MeetingStatus comes twice.
-        copyFields(target, source,
-                   {u"Typ", u"AnniversaryStatus", u"MeetingStatus", u"PhoneCallStatus", u"MeetingStatus", u"DTEnd",
-                    u"EndDate", u"EndTime", u"EntryFile", u"AAlarmFlag", u"AAlarm", u"DAlarmFlag", u"DAlarm",
-                    u"Alarm"});
+        tables::copyFields(target, source,
+                           {u"Typ", u"AnniversaryStatus", u"MeetingStatus", u"PhoneCallStatus", u"MeetingStatus",
+                            u"DTEnd", u"EndDate", u"EndTime", u"EntryFile", u"AAlarmFlag", u"AAlarm", u"DAlarmFlag",
+                            u"DAlarm", u"Alarm"});
         target.update();
     });
 }

@@ -4,41 +4,31 @@
 // takes one side's set from the fresh row and leaves the other side's alone.
 #include "core/ErrorReport.h"
 #include "formats/vCard.h"
+#include "tables/TSRADODB.h"
 
 namespace tsr::formats {
 
-namespace {
-
-void copyFields(tables::Recordset& target, tables::Recordset& source, std::initializer_list<const char16_t*> fields) {
-    for (const char16_t* f : fields) {
-        const QString name = QString::fromUtf16(f);
-        target.setValue(name, source.value(name));
-    }
-}
-
-} // namespace
-
 void vCardSyncOutlookEntry(core::Context& ctx, tables::Recordset& target, tables::Recordset& source) {
     core::guarded(ctx, QStringLiteral("vCard"), QStringLiteral("vCardSyncOutlookEntry"), [&] {
-        copyFields(target, source,
-                   {u"UID", u"PIMLastName", u"PIMFirstName", u"PIMCompany", u"PIMStreet", u"PIMCity", u"PIMZipCode",
-                    u"PIMCountry", u"PIMeMail", u"PIMURL", u"PIMPhone", u"PIMPhoneWork", u"PIMPhoneMobile", u"PIMFax",
-                    u"CreationDate", u"PIM"});
+        tables::copyFields(target, source,
+                           {u"UID", u"PIMLastName", u"PIMFirstName", u"PIMCompany", u"PIMStreet", u"PIMCity",
+                            u"PIMZipCode", u"PIMCountry", u"PIMeMail", u"PIMURL", u"PIMPhone", u"PIMPhoneWork",
+                            u"PIMPhoneMobile", u"PIMFax", u"CreationDate", u"PIM"});
         target.setValue(QStringLiteral("EntryType"), int32_t(3));
-        copyFields(target, source, {u"PIMNew"});
+        tables::copyFields(target, source, {u"PIMNew"});
         target.update();
     });
 }
 
 void vCardSyncMobileEntry(core::Context& ctx, tables::Recordset& target, tables::Recordset& source) {
     core::guarded(ctx, QStringLiteral("vCard"), QStringLiteral("vCardSyncMobileEntry"), [&] {
-        copyFields(target, source,
-                   {u"EntryID", u"MobileID", u"LastName", u"FirstName", u"Company", u"Phone", u"Street", u"ZipCode",
-                    u"City", u"Categories", u"PhoneWork", u"PhoneMobile", u"Fax", u"eMail", u"Country", u"URL",
-                    u"Mobile"});
+        tables::copyFields(target, source,
+                           {u"EntryID", u"MobileID", u"LastName", u"FirstName", u"Company", u"Phone", u"Street",
+                            u"ZipCode", u"City", u"Categories", u"PhoneWork", u"PhoneMobile", u"Fax", u"eMail",
+                            u"Country", u"URL", u"Mobile"});
         target.setValue(QStringLiteral("EntryType"), int32_t(3));
-        copyFields(target, source,
-                   {u"CategoriesText", u"MobileCategoriesText", u"UTF8Flag", u"EntryPath", u"EntryFile"});
+        tables::copyFields(target, source,
+                           {u"CategoriesText", u"MobileCategoriesText", u"UTF8Flag", u"EntryPath", u"EntryFile"});
         target.update();
     });
 }

@@ -147,6 +147,13 @@ bool CopyFromRecordset(Recordset& target, Recordset& source) {
     return true;
 }
 
+void copyFields(Recordset& target, const Recordset& source, std::initializer_list<const char16_t*> fields) {
+    for (const char16_t* f : fields) {
+        const QString name = QString::fromUtf16(f);
+        target.setValue(name, source.value(name));
+    }
+}
+
 bool vCalClearSerieRecords(Recordset&, const QString&) {
     return true;
 }

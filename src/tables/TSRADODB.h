@@ -8,6 +8,7 @@
 #include "tables/Recordset.h"
 
 #include <QStringList>
+#include <initializer_list>
 
 namespace tsr::tables {
 
@@ -29,6 +30,8 @@ void vCardCreateNewRecord(Recordset& table);
 // Copies the source's current row into the target's current row field by field;
 // the source stays on its row.
 bool CopyFromRecordset(Recordset& target, Recordset& source);
+// Copies the named fields of the source's current row into the target's current row.
+void copyFields(Recordset& target, const Recordset& source, std::initializer_list<const char16_t*> fields);
 bool vCalClearSerieRecords(Recordset& table, const QString& entryId);
 // Fills the current row from line `index` of the state file's token array.
 void vCardFillRecordFromTokens(Recordset& table, const QList<QStringList>& tokens, int index);
