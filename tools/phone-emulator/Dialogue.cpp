@@ -154,6 +154,8 @@ Answer Dialogue::command(const std::string& line) {
             reply(error(21));
         else if (n[2] > m_setup.maxRecord)
             reply(error(24));
+        else if (m_setup.capacity >= 0 && !fs::exists(recordPath(int(n[1]))) && usedRecords() >= m_setup.capacity)
+            reply(error(20)); // memory full: a new record finds no room
         else {
             m_pendingIndex = int(n[1]);
             a.uploadLength = n[2];

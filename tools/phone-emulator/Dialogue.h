@@ -25,6 +25,7 @@ struct PhoneSetup {
     int first = 1;
     int last = 100;
     int maxRecord = 4096;
+    int capacity = -1; // records the store holds at most; -1: one per index
     bool busy = false;
     std::vector<Fault> faults;
 };

@@ -40,6 +40,7 @@ Calendar records are the files DIR/cal/<index>.vcs.
   --serial TEXT          answer to AT+CGSN
   --first N, --last N    index range of the calendar store (default 1..100)
   --max-record N         longest record the phone takes (default 4096)
+  --capacity N           records the store holds at most (default: one per index)
   --baud N               line rate; 10 bit times a byte (default 115200, 0 = unpaced)
   --latency MS           time the phone thinks before each answer (default 0)
   --journal FILE         append every command line received to FILE
@@ -196,6 +197,7 @@ int main(int argc, char** argv) {
         First,
         Last,
         MaxRec,
+        Capacity,
         Baud,
         Latency,
         Journal,
@@ -215,6 +217,7 @@ int main(int argc, char** argv) {
                               {"first", required_argument, nullptr, First},
                               {"last", required_argument, nullptr, Last},
                               {"max-record", required_argument, nullptr, MaxRec},
+                              {"capacity", required_argument, nullptr, Capacity},
                               {"baud", required_argument, nullptr, Baud},
                               {"latency", required_argument, nullptr, Latency},
                               {"journal", required_argument, nullptr, Journal},
@@ -255,6 +258,9 @@ int main(int argc, char** argv) {
             break;
         case MaxRec:
             setup.maxRecord = std::atoi(optarg);
+            break;
+        case Capacity:
+            setup.capacity = std::atoi(optarg);
             break;
         case Baud:
             baud = std::atol(optarg);
