@@ -4,6 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/install-deps.sh
+export CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1
 cmake --preset default >/dev/null
 cmake --build --preset default -j "$(nproc)"
 exec build/default/src/app/tessarine --headless "$@"

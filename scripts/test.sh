@@ -16,6 +16,8 @@ for arg in "$@"; do
     esac
 done
 
+# Compiler caching that works from any checkout folder.
+export CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1
 jobs=$(nproc)
 run_preset() {
     echo "== preset $1"
