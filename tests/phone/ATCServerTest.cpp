@@ -2,26 +2,15 @@
 // The AT-command server against the emulated phone: framing of records,
 // identification, store bounds and the port's life.
 #include "phone/ATCServer.h"
-#include "core/Error.h"
 #include "phone/EmulatedPhone.h"
 
 #include <gtest/gtest.h>
 
-using tsr::core::TsrError;
 using tsr::phone::ATCServer;
 using tsr::test::EmulatedPhone;
+using tsr::test::errorOf;
 
 namespace {
-
-// Raises the server's error number, or 0 when the call went through.
-template <class F> int32_t errorOf(F&& f) {
-    try {
-        f();
-    } catch (const TsrError& e) {
-        return e.number();
-    }
-    return 0;
-}
 
 QByteArray allBytes() {
     QByteArray bytes;
@@ -69,9 +58,7 @@ TEST(ATCServer, WrittenRecordsLandExactly) {
 // Opening switches echo off and asks for numeric errors before anything else, and the
 // identification answers come through without framing.
 TEST(ATCServer, OpeningSetsTheDialogueUpAndIdentifies) {
-    EmulatedPhone phone({QStringLiteral("--manufacturer"), QStringLiteral("Orvane"), QStringLiteral("--model"),
-                         QStringLiteral("QX71"), QStringLiteral("--first"), QStringLiteral("0"),
-                         QStringLiteral("--last"), QStringLiteral("249")});
+    EmulatedPhone phone("--manufacturer Orvane --model QX71 --first 0 --last 249");
     ATCServer server;
     server.setPort(phone.link());
     EXPECT_EQ(server.Manufacturer(), QStringLiteral("Orvane"));
@@ -81,7 +68,6 @@ TEST(ATCServer, OpeningSetsTheDialogueUpAndIdentifies) {
     EXPECT_EQ(first, 0);
     EXPECT_EQ(last, 249);
     const QStringList journal = phone.journal();
-    ASSERT_GE(journal.size(), 3);
     EXPECT_EQ(journal.mid(0, 3),
               (QStringList{QStringLiteral("ATE0"), QStringLiteral("AT+CMEE=1"), QStringLiteral("AT+CGMI")}));
     EXPECT_EQ(journal.count(QStringLiteral("ATE0")), 1) << "the device stays open between commands";
@@ -89,8 +75,8 @@ TEST(ATCServer, OpeningSetsTheDialogueUpAndIdentifies) {
 
 // A new port closes the old device; the next command opens the new one and runs the opening dialogue there.
 TEST(ATCServer, ANewPortIsOpenedOnTheNextCommand) {
-    EmulatedPhone a({QStringLiteral("--model"), QStringLiteral("A")});
-    EmulatedPhone b({QStringLiteral("--model"), QStringLiteral("B")});
+    EmulatedPhone a("--model A");
+    EmulatedPhone b("--model B");
     ATCServer server;
     server.setPort(a.link());
     EXPECT_EQ(server.Model(), QStringLiteral("A"));
@@ -110,8 +96,7 @@ TEST(ATCServer, ComNamesMapToSerialDevices) {
 
 // The store's refusals come back as 0x80042000 plus the phone's number; a refused write leaves nothing.
 TEST(ATCServer, ErrorsOfTheStoreComeBackAsNumbers) {
-    EmulatedPhone phone({QStringLiteral("--first"), QStringLiteral("1"), QStringLiteral("--last"), QStringLiteral("10"),
-                         QStringLiteral("--max-record"), QStringLiteral("100")});
+    EmulatedPhone phone("--first 1 --last 10 --max-record 100");
     ATCServer server;
     server.setPort(phone.link());
     QByteArray text;

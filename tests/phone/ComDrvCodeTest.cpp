@@ -57,22 +57,15 @@ TEST_F(LinkSession, InitCommFollowsTheCheckBox) {
 
 // Every "exists" answer of the serial control lists the port, a port in use included; others do not.
 TEST_F(LinkSession, ProbingListsThePortsThatExist) {
-    FakeComm comm({{1, 0},
-                   {2, 8005},
-                   {3, 8002},
-                   {4, 8000},
-                   {5, 8003},
-                   {6, 8010},
-                   {7, 8013},
-                   {8, 8015},
-                   {9, 8019},
-                   {10, 8012},
-                   {32, 0}});
+    // Ports 1 to 10 answer these codes in turn; port 32 answers 0, the others are not there.
+    QMap<int, int32_t> answers{{32, 0}};
+    int port = 1;
+    for (int32_t code : {0, 8005, 8002, 8000, 8003, 8010, 8013, 8015, 8019, 8012})
+        answers.insert(port++, code);
+    FakeComm comm(answers);
     QStringList combo;
     EXPECT_TRUE(phone::GetCommPort(ctx, comm, combo));
-    EXPECT_EQ(combo, (QStringList{QStringLiteral("COM1"), QStringLiteral("COM2"), QStringLiteral("COM4"),
-                                  QStringLiteral("COM5"), QStringLiteral("COM6"), QStringLiteral("COM7"),
-                                  QStringLiteral("COM8"), QStringLiteral("COM9"), QStringLiteral("COM32")}));
+    EXPECT_EQ(combo, QStringLiteral("COM1 COM2 COM4 COM5 COM6 COM7 COM8 COM9 COM32").split(u' '));
     EXPECT_EQ(comm.asked.size(), 32);
     EXPECT_EQ(comm.asked.first(), 1);
     EXPECT_EQ(comm.asked.last(), 32);
@@ -129,7 +122,7 @@ TEST_F(LinkSession, GetATCPortReadsTheSuiteValue) {
 
 // SetATCPort gives the port once; an unchanged port reaches the server no more, a changed one does.
 TEST_F(LinkSession, SetATCPortCallsTheServerOnlyOnAChange) {
-    auto& first = startPhone({QStringLiteral("--model"), QStringLiteral("first")});
+    auto& first = startPhone("--model first");
     EXPECT_TRUE(phone::SetATCPort(ctx)) << "an empty slot is left empty";
     EXPECT_TRUE(ctx.servers.ATCPortSet.isEmpty());
     phone::ATCServer& server = phone::atcServer(ctx);
@@ -143,7 +136,7 @@ TEST_F(LinkSession, SetATCPortCallsTheServerOnlyOnAChange) {
     EXPECT_TRUE(server.isOpen()) << "an unchanged port leaves the open device alone";
     EXPECT_EQ(server.portChanges(), 0);
 
-    test::EmulatedPhone second({QStringLiteral("--model"), QStringLiteral("second")});
+    test::EmulatedPhone second("--model second");
     ctx.options.port = second.link();
     EXPECT_TRUE(phone::SetATCPort(ctx));
     EXPECT_EQ(server.Model(), QStringLiteral("second"));

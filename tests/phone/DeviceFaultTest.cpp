@@ -17,9 +17,9 @@ namespace {
 
 struct FaultCase {
     const char* name;
-    QStringList options;
+    const char* options;
     bool viaDelete; // the fault is met by the delete before a write, else by a read of record 7
-    int32_t number;
+    uint32_t number;
     const char* text;
 };
 
@@ -28,10 +28,6 @@ void PrintTo(const FaultCase& c, std::ostream* os) {
 }
 
 class DeviceFault : public LinkFixture, public ::testing::WithParamInterface<FaultCase> {};
-
-QString opt(const char* s) {
-    return QString::fromLatin1(s);
-}
 
 } // namespace
 
@@ -53,42 +49,32 @@ TEST_P(DeviceFault, MapsToNumberAndTextAndLeavesThePortUsable) {
     ASSERT_EQ(ui.boxes.size(), 1) << boxTexts().toStdString();
     const QString box = ui.boxes.first().text;
     EXPECT_TRUE(box.contains(QString::fromLatin1(c.text))) << box.toStdString();
-    EXPECT_TRUE(box.contains(QStringLiteral("Number:") + QString::number(c.number))) << box.toStdString();
+    EXPECT_TRUE(box.contains(QStringLiteral("Number:") + QString::number(int32_t(c.number)))) << box.toStdString();
     EXPECT_EQ(ui.boxes.first().icon, core::MsgIcon::Exclamation);
 
     ASSERT_TRUE(phone::ATCGetSingleMobileEntry(ctx, text, 8)) << boxTexts().toStdString();
     EXPECT_EQ(text, QByteArray("eight"));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Faults, DeviceFault,
-    ::testing::Values(
-        FaultCase{"PhoneBusy", {opt("--cme"), opt("515:$ORGR=4,7")}, false, int32_t(0x80042203), "ATC_E_PHONEBUSY"},
-        FaultCase{
-            "InvalidIndex", {opt("--cme"), opt("21:$ORGR=4,7")}, false, int32_t(0x80042015), "ATC_E_INVALIDINDEX"},
-        FaultCase{"PhoneFailure", {opt("--cme"), opt("0:$ORGR=4,7")}, false, int32_t(0x80042000), "ATC_E_PHONEFAILURE"},
-        FaultCase{
-            "MemoryFailure", {opt("--cme"), opt("23:$ORGR=4,7")}, false, int32_t(0x80042017), "ATC_E_MEMORYFAILURE"},
-        FaultCase{"NotFoundOnDelete", {}, true, int32_t(0x80042016), "ATC_E_NOTFOUND"},
-        FaultCase{
-            "BareError", {opt("--error"), opt("$ORGR=4,7")}, false, int32_t(0x80004005), "GDX has returned error."},
-        FaultCase{"Silence",
-                  {opt("--silent"), opt("$ORGR=4,7")},
-                  false,
-                  int32_t(0x80010001),
-                  "Mobile is not responding within Tessarine timeout."},
-        FaultCase{"LineBreaks",
-                  {opt("--break-after"), opt("12:$ORGR=4,7")},
-                  false,
-                  462,
-                  "Process communication between Tessraine and the mobile has failed."}),
-    [](const ::testing::TestParamInfo<FaultCase>& info) { return std::string(info.param.name); });
+constexpr FaultCase kFaults[] = {
+    {"PhoneBusy", "--cme 515:$ORGR=4,7", false, 0x80042203, "ATC_E_PHONEBUSY"},
+    {"InvalidIndex", "--cme 21:$ORGR=4,7", false, 0x80042015, "ATC_E_INVALIDINDEX"},
+    {"PhoneFailure", "--cme 0:$ORGR=4,7", false, 0x80042000, "ATC_E_PHONEFAILURE"},
+    {"MemoryFailure", "--cme 23:$ORGR=4,7", false, 0x80042017, "ATC_E_MEMORYFAILURE"},
+    {"NotFoundOnDelete", "", true, 0x80042016, "ATC_E_NOTFOUND"},
+    {"BareError", "--error $ORGR=4,7", false, 0x80004005, "GDX has returned error."},
+    {"Silence", "--silent $ORGR=4,7", false, 0x80010001, "Mobile is not responding within Tessarine timeout."},
+    {"LineBreaks", "--break-after 12:$ORGR=4,7", false, 462,
+     "Process communication between Tessraine and the mobile has failed."},
+};
+INSTANTIATE_TEST_SUITE_P(Faults, DeviceFault, ::testing::ValuesIn(kFaults),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 class LinkFault : public LinkFixture {};
 
 // No answer at all is bounded by GlobalTimeOut, not by anything longer.
 TEST_F(LinkFault, SilenceIsBoundedByTheTimeOut) {
-    startPhone({QStringLiteral("--silent"), QStringLiteral("$ORGS")});
+    startPhone("--silent $ORGS");
     ctx.flags.GlobalTimeOut = 300;
     QElapsedTimer clock;
     clock.start();
@@ -99,7 +85,7 @@ TEST_F(LinkFault, SilenceIsBoundedByTheTimeOut) {
 
 // A busy phone refuses its store but still identifies itself over the same open line.
 TEST_F(LinkFault, ABusyPhoneStillAnswersIdentification) {
-    startPhone({QStringLiteral("--busy"), QStringLiteral("--model"), QStringLiteral("QX71")});
+    startPhone("--busy --model QX71");
     EXPECT_FALSE(phone::ATCInfo(ctx));
     ASSERT_EQ(ui.boxes.size(), 1);
     EXPECT_TRUE(ui.boxes.first().text.contains(QStringLiteral("ATC_E_PHONEBUSY")));
@@ -137,7 +123,7 @@ TEST_F(LinkFault, ADeviceClosedToTheUserIsAccessDenied) {
 // A line that breaks empties both server slots; the next step makes a fresh server that reaches
 // the phone's new device through the same port name.
 TEST_F(LinkFault, ABrokenLineGivesAFreshServerOnTheNextStep) {
-    auto& emu = startPhone({QStringLiteral("--break-after"), QStringLiteral("0:$ORGR=4,7")});
+    auto& emu = startPhone("--break-after 0:$ORGR=4,7");
     emu.seed(8, "eight");
     QByteArray text;
     ASSERT_TRUE(phone::ATCGetSingleMobileEntry(ctx, text, 8));

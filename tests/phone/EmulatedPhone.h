@@ -4,6 +4,8 @@
 // records seeded and inspected as files.
 #pragma once
 
+#include "core/Error.h"
+
 #include <QByteArray>
 #include <QProcess>
 #include <QStringList>
@@ -11,11 +13,27 @@
 
 namespace tsr::test {
 
+// Emulator options written as one line: "--first 0 --last 99".
+inline QStringList opts(const char* line) {
+    return QString::fromLatin1(line).split(u' ', Qt::SkipEmptyParts);
+}
+
+// The error number a call raises, or 0 when it went through.
+template <class F> int32_t errorOf(F&& f) {
+    try {
+        f();
+    } catch (const core::TsrError& e) {
+        return e.number();
+    }
+    return 0;
+}
+
 class EmulatedPhone {
 public:
     // Starts the emulator with `options` added to --dir, --link and --journal; a fast,
     // unpaced line unless the options say otherwise.
     explicit EmulatedPhone(const QStringList& options = {});
+    explicit EmulatedPhone(const char* options) : EmulatedPhone(opts(options)) {}
     ~EmulatedPhone();
     EmulatedPhone(const EmulatedPhone&) = delete;
     EmulatedPhone& operator=(const EmulatedPhone&) = delete;

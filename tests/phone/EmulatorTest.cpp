@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The emulator program itself: its help, its line rate and a host that comes and goes.
-#include "core/Error.h"
 #include "phone/ATCServer.h"
 #include "phone/EmulatedPhone.h"
 
@@ -31,7 +30,7 @@ TEST(PhoneEmulator, HelpAndBadArguments) {
 
 // At a given baud rate a record takes at least its ten bit times a byte to arrive, and not much more.
 TEST(PhoneEmulator, PacesItsOutputAtTheLineRate) {
-    EmulatedPhone phone({QStringLiteral("--baud"), QStringLiteral("57600")});
+    EmulatedPhone phone("--baud 57600");
     phone.seed(1, QByteArray(2880, 'x'));
     ATCServer server;
     server.setPort(phone.link());
@@ -87,17 +86,13 @@ TEST(PhoneEmulator, AHostThatVanishesMidAnswerLeavesThePhoneUsable) {
 // A store at its capacity refuses a new record with "memory full" but still lets
 // a record be replaced, and takes new ones again once one is deleted.
 TEST(PhoneEmulator, AFullStoreRefusesNewRecordsOnly) {
-    EmulatedPhone phone({QStringLiteral("--capacity"), QStringLiteral("2")});
+    EmulatedPhone phone("--capacity 2");
     phone.seed(1, "one");
     phone.seed(2, "two");
     ATCServer server;
     server.setPort(phone.link());
-    try {
-        server.WriteEntry(3, "three");
-        FAIL() << "a third record found room";
-    } catch (const tsr::core::TsrError& e) {
-        EXPECT_EQ(uint32_t(e.number()), 0x80042014u); // ATC_E_MEMORYFULL
-    }
+    EXPECT_EQ(uint32_t(tsr::test::errorOf([&] { server.WriteEntry(3, "three"); })), 0x80042014u) // ATC_E_MEMORYFULL
+        << "a third record found room";
     EXPECT_NO_THROW(server.WriteEntry(2, "TWO"));
     server.DeleteEntry(1);
     EXPECT_NO_THROW(server.WriteEntry(3, "three"));

@@ -193,7 +193,7 @@ TEST_F(GDX, WriteStreamReplacesKnownEntries) {
 
 // The status read goes to the AT-command server; GDXInfovCal has its test the other way round.
 TEST_F(GDX, StatusReadsGoThroughTheATCommandServer) {
-    startPhone({QStringLiteral("--first"), QStringLiteral("0"), QStringLiteral("--last"), QStringLiteral("49")});
+    startPhone("--first 0 --last 49");
     ctx.settings.SaveTyp = 1;
     ctx.read.vCalMobileCount = 2;
     EXPECT_TRUE(phone::GDXInfoAll(ctx, empty, ctx.phone.CalPath));

@@ -18,11 +18,25 @@ class LinkFixture : public ::testing::Test {
 protected:
     static constexpr int16_t kTimeOut = 700;
 
-    LinkFixture();
+    LinkFixture() {
+        ctx.options.config = config.path();
+        ctx.flags.GDX_Check = true;
+        ctx.flags.GlobalTimeOut = kTimeOut;
+    }
     // Starts (or restarts) the phone with these emulator options and points the port at it.
-    EmulatedPhone& startPhone(const QStringList& options = {});
+    EmulatedPhone& startPhone(const char* options = "") {
+        phone.reset();
+        phone = std::make_unique<EmulatedPhone>(options);
+        ctx.options.port = phone->link();
+        return *phone;
+    }
     // The text of every box shown so far, joined.
-    QString boxTexts() const;
+    QString boxTexts() const {
+        QStringList texts;
+        for (const ShownBox& box : ui.boxes)
+            texts << box.text;
+        return texts.join(u'\n');
+    }
 
     ScriptedUi ui;
     core::Context ctx{ui};

@@ -69,14 +69,15 @@ TEST_F(SeriesMask, SerieControlLimitsByKind) {
         SerieControl(ctx, cal(), kind, start, VbDate(start.value + minutes / 1440.0), refuse);
         return refuse != 0;
     };
-    EXPECT_TRUE(check(SerieKind::Daily, 1440));
-    EXPECT_FALSE(check(SerieKind::Daily, 1441));
-    EXPECT_TRUE(check(SerieKind::Weekly, 72 * 60));
-    EXPECT_FALSE(check(SerieKind::Weekly, 72 * 60 + 1));
-    EXPECT_TRUE(check(SerieKind::Monthly, 40320));
-    EXPECT_FALSE(check(SerieKind::Monthly, 40321));
-    EXPECT_TRUE(check(SerieKind::Yearly, 525600));
-    EXPECT_FALSE(check(SerieKind::Yearly, 525601));
+    const std::pair<SerieKind, int> limits[] = {{SerieKind::Daily, 1440},
+                                                {SerieKind::Weekly, 72 * 60},
+                                                {SerieKind::Monthly, 40320},
+                                                {SerieKind::Yearly, 525600}};
+    for (const auto& [kind, minutes] : limits) {
+        SCOPED_TRACE(minutes);
+        EXPECT_TRUE(check(kind, minutes));
+        EXPECT_FALSE(check(kind, minutes + 1));
+    }
     EXPECT_TRUE(check(SerieKind::Single, 600000));
     // Once refused, no later test clears it again.
     int16_t refuse = 0;

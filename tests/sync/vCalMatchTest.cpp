@@ -147,9 +147,8 @@ TEST_F(vCalMatch, IdentityKeepsTwinsApart) {
     tables::ClearRecordSet(cal());
     addPimRow(QStringLiteral("Dentist"), {{u"EntryType", int32_t(3)}, {u"UID", u""}, {u"EntryID", u""}});
     EXPECT_FALSE(find(mobileEntry(QStringLiteral("Dentist"), {{u"EntryID", u""}})));
-    EXPECT_TRUE(vcalCheckbeforecompare(
-                    ctx, cal(), mobileEntry(QStringLiteral("x"), {{u"EntryType", int32_t(1)}, {u"EntryID", u""}})) ==
-                false);
+    EXPECT_FALSE(vcalCheckbeforecompare(
+        ctx, cal(), mobileEntry(QStringLiteral("x"), {{u"EntryType", int32_t(1)}, {u"EntryID", u""}})));
 }
 
 // Two rows of the same one side never pair, and the start time must agree exactly.
@@ -209,8 +208,7 @@ TEST_F(vCalMatch, SearchDateReplacesTheKey) {
     const VbDate later(kStart.value + 7);
     addPimRow(QStringLiteral("Call Bob"), {{u"StartasText", later}});
     auto& e = mobileEntry(QStringLiteral("Call Bob"));
-    VbDate none;
-    EXPECT_FALSE(vCalFindCompare(ctx, cal(), e, none));
+    EXPECT_FALSE(find(e));
     VbDate search = later;
     EXPECT_TRUE(vCalFindCompare(ctx, cal(), e, search));
 }

@@ -43,75 +43,54 @@ QByteArray vcs(const QByteArray& body) {
     return "BEGIN:VCALENDAR\r\nVERSION:1.0\r\nBEGIN:VEVENT\r\n" + body + "END:VEVENT\r\nEND:VCALENDAR\r\n";
 }
 
+// The lines inside VEVENT of one phone entry; times are UTC stamps without the Z.
+QByteArray ev(const char* category, const char* from, const char* to, const QByteArray& text,
+              const QByteArray& rule = {}) {
+    return QByteArray("CATEGORIES:") + category + "\r\nDTSTART:" + from + "Z\r\nDTEND:" + to + "Z\r\n" +
+           (rule.isEmpty() ? QByteArray() : QByteArray("RRULE:" + rule + "\r\n")) + "DESCRIPTION:" + text + "\r\n";
+}
+
 // Built on first use: the dates need the date library ready, which a static list is not.
 QList<PairCase> pairCases() {
     const QString kLong = QStringLiteral("Annual general meeting of the rowing club, boathouse");
+    const PimSide dentist{QStringLiteral("Dentist"), at(2026, 3, 2, 9, 0)};
+    const PimSide board{QStringLiteral("Board"), at(2026, 6, 1, 11, 0), 1, pim::olMeeting};
+    const PimSide choir{QStringLiteral("Choir"), at(2026, 1, 5, 18, 0), 1.5, pim::olNonMeeting, 2 + 16,
+                        DateSerial(2026, 1, 5)};
+    const PimSide shift{QStringLiteral("Shift"), at(2026, 7, 1, 6, 0)};
+    const char* misc = "MISCELLANEOUS";
+    const QByteArray shiftEv = ev(misc, "20260701T060000", "20260701T070000", "Shift");
+    PimSide choirMondays = choir;
+    choirMondays.weeklyMask = 2;
     return {
-        {"single memo",
-         {{QStringLiteral("Dentist"), at(2026, 3, 2, 9, 0)}},
-         {"CATEGORIES:MISCELLANEOUS\r\nDTSTART:20260302T090000Z\r\nDTEND:20260302T100000Z\r\nDESCRIPTION:dentist\r\n"},
-         1,
-         1},
-        {"single at another time",
-         {{QStringLiteral("Dentist"), at(2026, 3, 2, 9, 0)}},
-         {"CATEGORIES:MISCELLANEOUS\r\nDTSTART:20260302T100000Z\r\nDTEND:20260302T110000Z\r\nDESCRIPTION:Dentist\r\n"},
-         0,
-         2},
-        {"single with another subject",
-         {{QStringLiteral("Dentist"), at(2026, 3, 2, 9, 0)}},
-         {"CATEGORIES:MISCELLANEOUS\r\nDTSTART:20260302T090000Z\r\nDTEND:20260302T100000Z\r\nDESCRIPTION:Doctor\r\n"},
-         0,
-         2},
+        {"single memo", {dentist}, {ev(misc, "20260302T090000", "20260302T100000", "dentist")}, 1, 1},
+        {"single at another time", {dentist}, {ev(misc, "20260302T100000", "20260302T110000", "Dentist")}, 0, 2},
+        {"single with another subject", {dentist}, {ev(misc, "20260302T090000", "20260302T100000", "Doctor")}, 0, 2},
         {"long subject cut by the phone",
          {{kLong, at(2026, 4, 11, 19, 30)}},
-         {"CATEGORIES:MISCELLANEOUS\r\nDTSTART:20260411T193000Z\r\nDTEND:20260411T203000Z\r\nDESCRIPTION:" +
-          kLong.left(32).toLatin1() + "\r\n"},
+         {ev(misc, "20260411T193000", "20260411T203000", kLong.left(32).toLatin1())},
          1,
          1},
         {"call with a number",
          {{QStringLiteral("+498912345678"), at(2026, 5, 6, 14, 0)}},
-         {"CATEGORIES:PHONE "
-          "CALL\r\nDTSTART:20260506T140000Z\r\nDTEND:20260506T141500Z\r\nDESCRIPTION:+498912345678\r\n"},
+         {ev("PHONE CALL", "20260506T140000", "20260506T141500", "+498912345678")},
          1,
          1},
-        {"meeting against a phone memo",
-         {{QStringLiteral("Board"), at(2026, 6, 1, 11, 0), 1, pim::olMeeting}},
-         {"CATEGORIES:MISCELLANEOUS\r\nDTSTART:20260601T110000Z\r\nDTEND:20260601T120000Z\r\nDESCRIPTION:Board\r\n"},
-         0,
-         2},
-        {"meeting on both sides",
-         {{QStringLiteral("Board"), at(2026, 6, 1, 11, 0), 1, pim::olMeeting}},
-         {"CATEGORIES:MEETING\r\nDTSTART:20260601T110000Z\r\nDTEND:20260601T120000Z\r\nDESCRIPTION:Board\r\n"},
-         1,
-         1},
-        {"weekly series",
-         {{QStringLiteral("Choir"), at(2026, 1, 5, 18, 0), 1.5, pim::olNonMeeting, 2 + 16, DateSerial(2026, 1, 5)}},
-         {"CATEGORIES:MISCELLANEOUS\r\nDTSTART:20260105T180000Z\r\nDTEND:20260105T193000Z\r\nRRULE:W1 MO TH "
-          "#0\r\nDESCRIPTION:Choir\r\n"},
-         1,
-         1},
+        {"meeting against a phone memo", {board}, {ev(misc, "20260601T110000", "20260601T120000", "Board")}, 0, 2},
+        {"meeting on both sides", {board}, {ev("MEETING", "20260601T110000", "20260601T120000", "Board")}, 1, 1},
+        {"weekly series", {choir}, {ev(misc, "20260105T180000", "20260105T193000", "Choir", "W1 MO TH #0")}, 1, 1},
         {"weekly series begun a week later on the phone",
-         {{QStringLiteral("Choir"), at(2026, 1, 5, 18, 0), 1.5, pim::olNonMeeting, 2 + 16, DateSerial(2026, 1, 5)}},
-         {"CATEGORIES:MISCELLANEOUS\r\nDTSTART:20260112T180000Z\r\nDTEND:20260112T193000Z\r\nRRULE:W1 MO TH "
-          "#0\r\nDESCRIPTION:Choir\r\n"},
+         {choir},
+         {ev(misc, "20260112T180000", "20260112T193000", "Choir", "W1 MO TH #0")},
          0,
          2},
         {"series against a single entry",
-         {{QStringLiteral("Choir"), at(2026, 1, 5, 18, 0), 1.5, pim::olNonMeeting, 2, DateSerial(2026, 1, 5)}},
-         {"CATEGORIES:MISCELLANEOUS\r\nDTSTART:20260105T180000Z\r\nDTEND:20260105T193000Z\r\nDESCRIPTION:Choir\r\n"},
+         {choirMondays},
+         {ev(misc, "20260105T180000", "20260105T193000", "Choir")},
          0,
          2},
-        {"identical twins stay two pairs",
-         {{QStringLiteral("Shift"), at(2026, 7, 1, 6, 0)}, {QStringLiteral("Shift"), at(2026, 7, 1, 6, 0)}},
-         {"CATEGORIES:MISCELLANEOUS\r\nDTSTART:20260701T060000Z\r\nDTEND:20260701T070000Z\r\nDESCRIPTION:Shift\r\n",
-          "CATEGORIES:MISCELLANEOUS\r\nDTSTART:20260701T060000Z\r\nDTEND:20260701T070000Z\r\nDESCRIPTION:Shift\r\n"},
-         2,
-         2},
-        {"one twin on the phone, two on the PIM",
-         {{QStringLiteral("Shift"), at(2026, 7, 1, 6, 0)}, {QStringLiteral("Shift"), at(2026, 7, 1, 6, 0)}},
-         {"CATEGORIES:MISCELLANEOUS\r\nDTSTART:20260701T060000Z\r\nDTEND:20260701T070000Z\r\nDESCRIPTION:Shift\r\n"},
-         1,
-         2},
+        {"identical twins stay two pairs", {shift, shift}, {shiftEv, shiftEv}, 2, 2},
+        {"one twin on the phone, two on the PIM", {shift, shift}, {shiftEv}, 1, 2},
     };
 }
 
