@@ -113,26 +113,6 @@ TEST_F(LinkExecuteTest, SilentSecondStartTraced) {
                                          "\"22.11.26 10:30:15\r\nDebug:  NoPrevInstance\"\r\n"));
 }
 
-// KILL with no first instance ends quietly, showing nothing.
-TEST_F(InstanceTest, KillWithoutFirstInstanceEndsQuietly) {
-    Probe second(runtime.path(), {QStringLiteral("KILL")});
-    ASSERT_TRUE(second.finished());
-    EXPECT_TRUE(second.output().contains(QStringLiteral("END second=0")));
-    EXPECT_FALSE(second.output().contains(QStringLiteral("BOX")));
-    EXPECT_FALSE(second.output().contains(QStringLiteral("READY")));
-}
-
-// A plain second start brings the first to the front and ends as a second instance.
-TEST_F(InstanceTest, SecondStartActivatesTheFirst) {
-    Probe first(runtime.path(), {});
-    ASSERT_TRUE(first.waitFor(QStringLiteral("READY")));
-    Probe second(runtime.path(), {});
-    ASSERT_TRUE(second.finished());
-    EXPECT_TRUE(second.output().contains(QStringLiteral("END second=1")));
-    EXPECT_TRUE(first.waitFor(QStringLiteral("ACTIVATED")));
-    EXPECT_TRUE(first.waitFor(QStringLiteral("COMMAND ACTIVATE ACK")));
-}
-
 // KILL to a first instance not started by CALLER=OL is acknowledged and ignored.
 TEST_F(InstanceTest, KillIsIgnoredWithoutCallerOL) {
     Probe first(runtime.path(), {QStringLiteral("CALLER=XY")});
@@ -156,19 +136,6 @@ TEST_F(InstanceTest, KillClosesAFirstStartedByOL) {
     EXPECT_EQ(first.process().exitCode(), 0);
 }
 
-// A silent start while a first instance runs shows its box and ends.
-TEST_F(InstanceTest, SilentStartWhileRunningShowsTheBox) {
-    Probe first(runtime.path(), {});
-    ASSERT_TRUE(first.waitFor(QStringLiteral("READY")));
-    Probe second(runtime.path(), {QStringLiteral("VCAL")});
-    ASSERT_TRUE(second.finished());
-    EXPECT_TRUE(second.output().contains(
-        QStringLiteral("BOX Cannot start autosync, as it has already been activated! | Please shut down the active "
-                       "program and start autosync again.")));
-    EXPECT_TRUE(second.output().contains(QStringLiteral("END second=0")));
-    EXPECT_FALSE(first.output().contains(QStringLiteral("COMMAND")));
-}
-
 // The socket of a crashed first instance does not block the next start.
 TEST_F(InstanceTest, StaleSocketIsReplaced) {
     {
@@ -181,9 +148,11 @@ TEST_F(InstanceTest, StaleSocketIsReplaced) {
     EXPECT_TRUE(next.waitFor(QStringLiteral("READY")));
 }
 
-// The socket lies in the user's runtime folder, named after the user and the
-// title, and only its owner may reach it.
-TEST_F(InstanceTest, SocketIsOwnerOnly) {
+// A first instance without switches: its socket lies in the user's runtime folder,
+// named after the user and the title, and only its owner may reach it. A silent
+// start beside it shows its box, sends nothing and ends; a plain second start
+// brings it to the front and ends as a second instance.
+TEST_F(InstanceTest, SecondStartsBesideAPlainFirst) {
     Probe first(runtime.path(), {});
     ASSERT_TRUE(first.waitFor(QStringLiteral("READY")));
     const QStringList entries = QDir(runtime.path()).entryList(QDir::System | QDir::Files);
@@ -192,6 +161,20 @@ TEST_F(InstanceTest, SocketIsOwnerOnly) {
     const QFile::Permissions perms = QFile::permissions(runtime.filePath(entries[0]));
     EXPECT_TRUE(perms & QFile::ReadOwner);
     EXPECT_FALSE(perms & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther));
+
+    Probe silent(runtime.path(), {QStringLiteral("VCAL")});
+    ASSERT_TRUE(silent.finished());
+    EXPECT_TRUE(silent.output().contains(
+        QStringLiteral("BOX Cannot start autosync, as it has already been activated! | Please shut down the active "
+                       "program and start autosync again.")));
+    EXPECT_TRUE(silent.output().contains(QStringLiteral("END second=0")));
+    EXPECT_FALSE(first.output().contains(QStringLiteral("COMMAND")));
+
+    Probe second(runtime.path(), {});
+    ASSERT_TRUE(second.finished());
+    EXPECT_TRUE(second.output().contains(QStringLiteral("END second=1")));
+    EXPECT_TRUE(first.waitFor(QStringLiteral("ACTIVATED")));
+    EXPECT_TRUE(first.waitFor(QStringLiteral("COMMAND ACTIVATE ACK")));
 }
 
 } // namespace
