@@ -7,6 +7,9 @@
 #
 #   scripts/fuzz.sh [SECONDS] [FUZZER...]
 #
+# The runs start from a fixed seed (TESSARINE_FUZZ_SEED, default 1), so that CI
+# walks the same inputs a developer walked before; a new seed explores anew.
+#
 # TESSARINE_FUZZ_BUILD_DIR names a folder with the fuzzers already built; the
 # preset build is then skipped.
 set -eu
@@ -47,7 +50,7 @@ for f in $fuzzers; do
     work=$scratch/$f
     mkdir -p "$work" "$seed"
     echo "== $f: ${seconds}s over $seed"
-    if ! "$bindir/$f" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 \
+    if ! "$bindir/$f" -seed="${TESSARINE_FUZZ_SEED:-1}" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 \
         -artifact_prefix="$scratch/$f-" "$work" "$seed" >"$scratch/$f.log" 2>&1; then
         tail -n 60 "$scratch/$f.log"
         mkdir -p "$root/build/fuzz-artifacts"
