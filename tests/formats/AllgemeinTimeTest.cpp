@@ -15,12 +15,10 @@ protected:
         ctx.flags.GlobalEndDate = at(2026, 11, 24, 23, 59, 59);
     }
     void series(const char* type, core::VbDate startDate, int64_t mask = 0, const char* id = "5") {
-        set(QStringLiteral("Mobile"), true);
-        set(QStringLiteral("ISRecurring"), true);
-        set(QStringLiteral("RecurrenceType"), QString::fromUtf8(type));
-        set(QStringLiteral("StartDate"), startDate);
-        set(QStringLiteral("Weekdaymask"), mask);
-        set(QStringLiteral("EntryID"), QString::fromUtf8(id));
+        const test::FieldValues values = {
+            {u"Mobile", true},         {u"ISRecurring", true}, {u"RecurrenceType", QString::fromUtf8(type)},
+            {u"StartDate", startDate}, {u"Weekdaymask", mask}, {u"EntryID", QString::fromUtf8(id)}};
+        setFields(values);
     }
 };
 } // namespace
@@ -31,8 +29,7 @@ TEST_F(MustbeStandTest, OnlyMobileSeriesRows) {
     EXPECT_TRUE(formats::MustbeStand(ctx, *table));
     set(QStringLiteral("Mobile"), false);
     EXPECT_FALSE(formats::MustbeStand(ctx, *table));
-    set(QStringLiteral("Mobile"), true);
-    set(QStringLiteral("ISRecurring"), false);
+    setFields({{u"Mobile", true}, {u"ISRecurring", false}});
     EXPECT_FALSE(formats::MustbeStand(ctx, *table));
 }
 

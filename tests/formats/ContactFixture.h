@@ -3,6 +3,7 @@
 // the contact format's tests.
 #pragma once
 
+#include "FieldHelpers.h"
 #include "core/Context.h"
 #include "support/ScriptedUi.h"
 #include "tables/Recordset.h"
@@ -23,6 +24,11 @@ protected:
     }
     QString field(const QString& name) const { return table->value(name).toText(); }
     void set(const QString& name, const core::Value& v) { table->setValue(name, v); }
+    void setFields(FieldValues values) { test::setFields(*table, values); }
+    void expectFields(FieldTexts texts) const { expectTexts(*table, texts); }
+    void expectFlags(std::initializer_list<const char16_t*> names, bool want = true) const {
+        test::expectFlags(*table, names, want);
+    }
 
     // Lines joined with CR LF, with the closing CR LF.
     static QString crlf(std::initializer_list<const char*> lines) {

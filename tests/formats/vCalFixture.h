@@ -3,6 +3,7 @@
 // the calendar format's tests, with helpers to set dates and to read fields.
 #pragma once
 
+#include "FieldHelpers.h"
 #include "core/Context.h"
 #include "core/Error.h"
 #include "support/ScriptedUi.h"
@@ -24,6 +25,11 @@ protected:
         tables::vCalCreateNewRecord(*table);
     }
     void set(const QString& name, const core::Value& v) { table->setValue(name, v); }
+    void setFields(FieldValues values) { test::setFields(*table, values); }
+    void expectFields(FieldTexts texts) const { expectTexts(*table, texts); }
+    void expectFlags(std::initializer_list<const char16_t*> names, bool want = true) const {
+        test::expectFlags(*table, names, want);
+    }
     core::Value get(const QString& name) const { return table->value(name); }
     QString text(const QString& name) const { return table->value(name).toText(); }
     bool flag(const QString& name) const {

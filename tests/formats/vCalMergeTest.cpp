@@ -20,56 +20,43 @@ protected:
 
 // The PIM side brings its identifier, text and flags; the row stands on both sides.
 TEST_F(vCalMerge, OutlookEntryIntoMobileRow) {
-    set(QStringLiteral("Text"), QStringLiteral("mobile text"));
-    set(QStringLiteral("EntryType"), int32_t(2));
-    setSource(QStringLiteral("UID"), QStringLiteral("uid-1"));
-    setSource(QStringLiteral("PIMText"), QStringLiteral("pim text"));
-    setSource(QStringLiteral("PIM"), true);
-    setSource(QStringLiteral("PIMNew"), true);
-    setSource(QStringLiteral("Text"), QStringLiteral("not copied"));
+    setFields({{u"Text", u"mobile text"}, {u"EntryType", int32_t(2)}});
+    const test::FieldValues values = {
+        {u"UID", u"uid-1"}, {u"PIMText", u"pim text"}, {u"PIM", true}, {u"PIMNew", true}, {u"Text", u"not copied"}};
+    test::setFields(*source, values);
     formats::vCalSyncOutlookEntry(ctx, *table, *source);
-    EXPECT_EQ(text(QStringLiteral("UID")), QStringLiteral("uid-1"));
-    EXPECT_EQ(text(QStringLiteral("PIMText")), QStringLiteral("pim text"));
-    EXPECT_TRUE(flag(QStringLiteral("PIM")));
-    EXPECT_TRUE(flag(QStringLiteral("PIMnew")));
-    EXPECT_EQ(text(QStringLiteral("Text")), QStringLiteral("mobile text"));
-    EXPECT_EQ(get(QStringLiteral("EntryType")).toInt32(), 3);
+    expectFields({{u"UID", u"uid-1"}, {u"PIMText", u"pim text"}, {u"Text", u"mobile text"}, {u"EntryType", u"3"}});
+    expectFlags({u"PIM", u"PIMnew"});
 }
 
 // The mobile side brings its number (also as SubType), dates, alarms and type;
 // MemoStatus stays as the PIM row had it.
 TEST_F(vCalMerge, MobileEntryIntoPimRow) {
-    set(QStringLiteral("MemoStatus"), true);
-    set(QStringLiteral("UID"), QStringLiteral("keep"));
-    setSource(QStringLiteral("EntryID"), QStringLiteral("12"));
-    setSource(QStringLiteral("Text"), QStringLiteral("from phone"));
-    setSource(QStringLiteral("Mobile"), true);
-    setSource(QStringLiteral("Typ"), QStringLiteral("1"));
-    setSource(QStringLiteral("MeetingStatus"), true);
-    setSource(QStringLiteral("MemoStatus"), false);
-    setSource(QStringLiteral("DTEnd"), at(2026, 11, 22, 11, 0));
-    setSource(QStringLiteral("EndDate"), at(2026, 11, 22));
-    setSource(QStringLiteral("EndTime"), clock(11, 0));
-    setSource(QStringLiteral("EntryFile"), QStringLiteral("12.vcs"));
-    setSource(QStringLiteral("AAlarmFlag"), true);
-    setSource(QStringLiteral("AAlarm"), at(2026, 11, 22, 9, 50));
-    setSource(QStringLiteral("Alarm"), true);
+    setFields({{u"MemoStatus", true}, {u"UID", u"keep"}});
+    const test::FieldValues values = {{u"EntryID", u"12"},
+                                      {u"Text", u"from phone"},
+                                      {u"Mobile", true},
+                                      {u"Typ", u"1"},
+                                      {u"MeetingStatus", true},
+                                      {u"MemoStatus", false},
+                                      {u"DTEnd", at(2026, 11, 22, 11, 0)},
+                                      {u"EndDate", at(2026, 11, 22)},
+                                      {u"EndTime", clock(11, 0)},
+                                      {u"EntryFile", u"12.vcs"},
+                                      {u"AAlarmFlag", true},
+                                      {u"AAlarm", at(2026, 11, 22, 9, 50)},
+                                      {u"Alarm", true}};
+    test::setFields(*source, values);
     formats::vCalSyncMobileEntry(ctx, *table, *source);
-    EXPECT_EQ(text(QStringLiteral("EntryID")), QStringLiteral("12"));
-    EXPECT_EQ(get(QStringLiteral("SubType")).toInt32(), 12);
-    EXPECT_EQ(text(QStringLiteral("Text")), QStringLiteral("from phone"));
-    EXPECT_TRUE(flag(QStringLiteral("Mobile")));
-    EXPECT_EQ(get(QStringLiteral("EntryType")).toInt32(), 3);
-    EXPECT_EQ(text(QStringLiteral("Typ")), QStringLiteral("1"));
-    EXPECT_TRUE(flag(QStringLiteral("MeetingStatus")));
-    EXPECT_TRUE(flag(QStringLiteral("MemoStatus"))); // not copied, on purpose
+    const test::FieldTexts want = {{u"EntryID", u"12"}, {u"SubType", u"12"},       {u"Text", u"from phone"},
+                                   {u"Typ", u"1"},      {u"EntryFile", u"12.vcs"}, {u"UID", u"keep"},
+                                   {u"EntryType", u"3"}};
+    expectFields(want);
+    // MemoStatus is not copied, on purpose.
+    expectFlags({u"Mobile", u"MeetingStatus", u"MemoStatus", u"AAlarmFlag", u"Alarm"});
+    expectFlags({u"DAlarmFlag"}, false);
     EXPECT_EQ(when(QStringLiteral("DTEnd")), QDateTime(QDate(2026, 11, 22), QTime(11, 0)));
-    EXPECT_EQ(text(QStringLiteral("EntryFile")), QStringLiteral("12.vcs"));
-    EXPECT_TRUE(flag(QStringLiteral("AAlarmFlag")));
     EXPECT_EQ(when(QStringLiteral("AAlarm")), QDateTime(QDate(2026, 11, 22), QTime(9, 50)));
-    EXPECT_FALSE(flag(QStringLiteral("DAlarmFlag")));
-    EXPECT_TRUE(flag(QStringLiteral("Alarm")));
-    EXPECT_EQ(text(QStringLiteral("UID")), QStringLiteral("keep"));
     EXPECT_TRUE(ui.boxes.isEmpty());
 }
 

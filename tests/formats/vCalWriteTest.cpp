@@ -138,8 +138,7 @@ TEST_F(vCalFixture, CategoryFollowsTheFirstStatusThatHolds) {
 // A series without reference date goes from its Start; a single entry ignores
 // PIMRecPatt altogether.
 TEST_F(vCalFixture, ReferenceDateOnlyForSeriesWithPattern) {
-    set(QStringLiteral("Start"), at(2026, 11, 22, 10, 0));
-    set(QStringLiteral("PIMRecPatt"), at(2026, 1, 1));
+    setFields({{u"Start", at(2026, 11, 22, 10, 0)}, {u"PIMRecPatt", at(2026, 1, 1)}});
     EXPECT_TRUE(formats::calendarEntryText(*table).contains(QStringLiteral("DTSTART:20261122T100000Z\r\n")));
     set(QStringLiteral("ISRecurring"), true);
     EXPECT_TRUE(formats::calendarEntryText(*table).contains(QStringLiteral("DTSTART:20260101T100000Z\r\n")));
@@ -149,24 +148,25 @@ TEST_F(vCalFixture, ReferenceDateOnlyForSeriesWithPattern) {
 
 // The rule line for each kind, as the phone reads it back.
 TEST_F(vCalFixture, RuleLineForEachKind) {
-    set(QStringLiteral("RecurrenceFrequenz"), QStringLiteral("W"));
-    set(QStringLiteral("RecurrenceType"), QStringLiteral("W"));
-    set(QStringLiteral("RecurrenceIntervall"), int64_t(1));
-    set(QStringLiteral("RecurrenceDuration"), int64_t(0));
+    const test::FieldValues values = {{u"RecurrenceFrequenz", u"W"},
+                                      {u"RecurrenceType", u"W"},
+                                      {u"RecurrenceIntervall", int64_t(1)},
+                                      {u"RecurrenceDuration", int64_t(0)}};
+    setFields(values);
     EXPECT_EQ(formats::ruleText(*table), QStringLiteral("W1 #0")); // no mask, no day list
     set(QStringLiteral("Weekdaymask"), int64_t(127));
     EXPECT_EQ(formats::ruleText(*table), QStringLiteral("W1 SU MO TU WE TH FR SA #0"));
 
-    set(QStringLiteral("RecurrenceFrequenz"), QStringLiteral("M"));
-    set(QStringLiteral("RecurrenceType"), QStringLiteral("M"));
-    set(QStringLiteral("ModKey"), QString());
-    set(QStringLiteral("DayOfMonth"), int64_t(3));
+    const test::FieldValues values2 = {
+        {u"RecurrenceFrequenz", u"M"}, {u"RecurrenceType", u"M"}, {u"ModKey", QString()}, {u"DayOfMonth", int64_t(3)}};
+    setFields(values2);
     EXPECT_EQ(formats::ruleText(*table), QStringLiteral("M1 3 #0")); // an older model's empty modifier
 
-    set(QStringLiteral("RecurrenceFrequenz"), QStringLiteral("Y"));
-    set(QStringLiteral("RecurrenceType"), QStringLiteral("Y"));
-    set(QStringLiteral("ModKey"), QStringLiteral("D"));
-    set(QStringLiteral("RecurrenceIntervall"), int64_t(2));
+    const test::FieldValues values3 = {{u"RecurrenceFrequenz", u"Y"},
+                                       {u"RecurrenceType", u"Y"},
+                                       {u"ModKey", u"D"},
+                                       {u"RecurrenceIntervall", int64_t(2)}};
+    setFields(values3);
     EXPECT_EQ(formats::ruleText(*table), QStringLiteral("YD2 #0"));
 }
 
@@ -198,8 +198,7 @@ TEST_F(vCalFixture, SerieFieldsByModelAndKind) {
     for (const SerieCase& c : kSerieCases) {
         newRow();
         ctx.phone.MobileModel = QString::fromUtf8(c.model);
-        set(QStringLiteral("Start"), at(2026, 11, 19, 9, 0));
-        set(QStringLiteral("RecurrenceType"), QString::fromUtf8(c.type));
+        setFields({{u"Start", at(2026, 11, 19, 9, 0)}, {u"RecurrenceType", QString::fromUtf8(c.type)}});
         formats::vCalSetSerieFields(ctx, *table);
         const std::string what = std::string(c.model) + " " + c.type;
         EXPECT_EQ(text(QStringLiteral("RecurrenceFrequenz")), QString::fromUtf8(c.frequency)) << what;

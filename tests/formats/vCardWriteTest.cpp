@@ -17,21 +17,13 @@ TEST_F(vCardWrite, EmptyContactHasNameAndAddressOnly) {
 
 // Plain ASCII fields: heads without encoding, the optional lines in their fixed order, ";" escaped.
 TEST_F(vCardWrite, PlainContactLineByLine) {
-    set(QStringLiteral("LastName"), QStringLiteral("Doe"));
-    set(QStringLiteral("FirstName"), QStringLiteral("John"));
-    set(QStringLiteral("Company"), QStringLiteral("A;B"));
-    set(QStringLiteral("Street"), QStringLiteral("Main St 1"));
-    set(QStringLiteral("City"), QStringLiteral("Town"));
-    set(QStringLiteral("ZipCode"), QStringLiteral("12345"));
-    set(QStringLiteral("Country"), QStringLiteral("Land"));
-    set(QStringLiteral("PhoneMobile"), QStringLiteral("444"));
-    set(QStringLiteral("Fax"), QStringLiteral("333"));
-    set(QStringLiteral("PhoneWork"), QStringLiteral("222"));
-    set(QStringLiteral("Phone"), QStringLiteral("111"));
-    set(QStringLiteral("URL"), QStringLiteral("x.org"));
-    set(QStringLiteral("eMail"), QStringLiteral("a;b@x"));
-    set(QStringLiteral("Categories"), true);
-    set(QStringLiteral("MobileCategoriesText"), QStringLiteral("VIP;Home"));
+    const test::FieldValues values = {
+        {u"LastName", u"Doe"},     {u"FirstName", u"John"},  {u"Company", u"A;B"},
+        {u"Street", u"Main St 1"}, {u"City", u"Town"},       {u"ZipCode", u"12345"},
+        {u"Country", u"Land"},     {u"PhoneMobile", u"444"}, {u"Fax", u"333"},
+        {u"PhoneWork", u"222"},    {u"Phone", u"111"},       {u"URL", u"x.org"},
+        {u"eMail", u"a;b@x"},      {u"Categories", true},    {u"MobileCategoriesText", u"VIP;Home"}};
+    setFields(values);
     EXPECT_EQ(vCardEntryText(ctx, *table),
               crlf({"BEGIN:VCARD", "VERSION:1.0", "N:Doe;John", "ORG:A\\;B", "ADR:;;Main St 1;Town;;12345;Land",
                     "EMAIL:a\\;b@x", "URL:x.org", "TEL;HOME:111", "TEL;WORK:222", "TEL;FAX:333", "TEL;CELL:444",
@@ -40,13 +32,14 @@ TEST_F(vCardWrite, PlainContactLineByLine) {
 
 // Any character outside printable ASCII switches a line to quoted-printable UTF-8 and escapes ";" in it.
 TEST_F(vCardWrite, EncodedHeadsWhenNeeded) {
-    set(QStringLiteral("LastName"), QStringLiteral("M\u00FCller;X"));
-    set(QStringLiteral("FirstName"), QStringLiteral("Jo"));
-    set(QStringLiteral("Company"), QStringLiteral("a=b"));
-    set(QStringLiteral("City"), QStringLiteral("K\u00F6ln"));
-    set(QStringLiteral("ZipCode"), QStringLiteral("5;0"));
-    set(QStringLiteral("Categories"), false);
-    set(QStringLiteral("MobileCategoriesText"), QStringLiteral("ignored"));
+    const test::FieldValues values = {{u"LastName", u"M\u00FCller;X"},
+                                      {u"FirstName", u"Jo"},
+                                      {u"Company", u"a=b"},
+                                      {u"City", u"K\u00F6ln"},
+                                      {u"ZipCode", u"5;0"},
+                                      {u"Categories", false},
+                                      {u"MobileCategoriesText", u"ignored"}};
+    setFields(values);
     EXPECT_EQ(vCardEntryText(ctx, *table),
               crlf({"BEGIN:VCARD", "VERSION:1.0", "N;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:M=C3=BCller\\;X;Jo",
                     "ORG;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:a=3Db",
@@ -66,8 +59,7 @@ TEST_F(vCardWrite, LenControlCutsEveryField) {
     for (const auto& [name, limit] : limits)
         EXPECT_EQ(field(QString::fromUtf8(name)), longText.left(limit)) << name;
 
-    set(QStringLiteral("Phone"), QStringLiteral("+") + QString(50, u'1'));
-    set(QStringLiteral("Fax"), QStringLiteral("12345"));
+    setFields({{u"Phone", QStringLiteral("+") + QString(50, u'1')}, {u"Fax", u"12345"}});
     formats::vCardLenControl(ctx, *table);
     EXPECT_EQ(field(QStringLiteral("Phone")).size(), 41);
     EXPECT_EQ(field(QStringLiteral("Fax")), QStringLiteral("12345"));

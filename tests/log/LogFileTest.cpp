@@ -16,18 +16,14 @@ using core::TsrError;
 
 namespace {
 
-// The document as unrtf reads it: its text, or its HTML rendering.
+// The document as unrtf reads it: its text, or its HTML rendering. Tests compare the text
+// simplified, every run of white space as one blank, so that tabs and breaks compare plainly.
 QString unrtf(const QString& path, const QString& mode) {
     QProcess p;
     p.start(QStringLiteral("unrtf"), {mode, path});
     if (!p.waitForFinished(30000) || p.exitCode() != 0)
         return QStringLiteral("<unrtf failed: %1>").arg(QString::fromLocal8Bit(p.readAllStandardError()));
     return QString::fromUtf8(p.readAllStandardOutput());
-}
-
-// Text with every run of white space as one blank, so that tabs and breaks compare plainly.
-QString flat(const QString& s) {
-    return s.simplified();
 }
 
 QString plain(const core::RichText& text) {
@@ -131,7 +127,7 @@ TEST_F(LogFileTest, LogFileReadsBackWithTitlesAndRows) {
     ASSERT_TRUE(log::logWriteFile(ctx));
     const QString path = log::logFilePath(ctx);
     EXPECT_EQ(path, home.path() + QStringLiteral("/home/logFile.rtf"));
-    const QString text = flat(unrtf(path, QStringLiteral("--text")));
+    const QString text = unrtf(path, QStringLiteral("--text")).simplified();
 
     EXPECT_TRUE(
         text.contains(QStringLiteral("Summary Transfered data: 3 Date of transfers: 14.03.26 Start of transfer: "
@@ -164,7 +160,7 @@ TEST_F(LogFileTest, EmptyLogHasTitlesOnlyAndReplacesFormerFile) {
     old.close();
 
     ASSERT_TRUE(log::logWriteFile(ctx));
-    const QString text = flat(unrtf(log::logFilePath(ctx), QStringLiteral("--text")));
+    const QString text = unrtf(log::logFilePath(ctx), QStringLiteral("--text")).simplified();
     EXPECT_TRUE(text.endsWith(QStringLiteral("Summary Transfered data: 0 Date of transfers: Start of transfer: End of "
                                              "transfer: Transfer errors: 0 Program errors: 0")))
         << text.toStdString();

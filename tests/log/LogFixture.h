@@ -48,6 +48,15 @@ protected:
         log::logWriteEntry(ctx, entry, error, QStringLiteral("Mobile"), QStringLiteral("SendSingleEntry"));
     }
 
+    // Each named field of the current log row reads as the given text.
+    static void expectRow(const tables::Recordset& row,
+                          std::initializer_list<std::pair<const char16_t*, const char16_t*>> texts) {
+        for (const auto& [name, text] : texts)
+            EXPECT_EQ(row.value(QString::fromUtf16(name)).toText().toStdString(),
+                      QString::fromUtf16(text).toStdString())
+                << QString::fromUtf16(name).toStdString();
+    }
+
     ScriptedUi ui;
     core::Context ctx{ui};
     // All nine tables, the log tables among them, as the start makes them.

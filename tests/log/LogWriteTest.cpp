@@ -49,9 +49,7 @@ TEST_F(LogWriteTest, ErrorRowKeepsOnlyTheLastLine) {
     auto& t = *ctx.tables.LogErrors;
     ASSERT_EQ(t.recordCount(), 3);
     t.moveFirst();
-    EXPECT_EQ(field(t, u"ErrorDesc"), QStringLiteral("third : bad byte "));
-    EXPECT_EQ(field(t, u"ErrorNum"), QStringLiteral("-1991"));
-    EXPECT_EQ(field(t, u"Date"), QStringLiteral("14.03.26 09:26:53"));
+    expectRow(t, {{u"ErrorDesc", u"third : bad byte "}, {u"ErrorNum", u"-1991"}, {u"Date", u"14.03.26 09:26:53"}});
     t.moveNext();
     EXPECT_EQ(field(t, u"ErrorDesc"), QStringLiteral("two "));
     t.moveNext();
@@ -83,15 +81,11 @@ TEST_F(LogWriteTest, CalendarRowCarriesEntryFieldsLocalised) {
     ASSERT_EQ(t.recordCount(), 1);
     EXPECT_EQ(ctx.tables.LogContacts->recordCount(), 0);
     t.moveFirst();
-    EXPECT_EQ(field(t, u"Transfer"), QStringLiteral("Mobile"));
-    EXPECT_EQ(field(t, u"Action"), QStringLiteral("erstellt"));
+    expectRow(t, {{u"Transfer", u"Mobile"}, {u"Action", u"erstellt"}});
     EXPECT_EQ(t.value(QStringLiteral("SynchDate")).toDate(), ctx.clock.Now());
     EXPECT_EQ(t.value(QStringLiteral("Date")).toDate(), core::DateSerial(2026, 4, 2));
     EXPECT_EQ(t.value(QStringLiteral("Time")).toDate(), core::TimeSerial(14, 30, 0));
-    EXPECT_EQ(field(t, u"Text"), QStringLiteral("Team"));
-    EXPECT_EQ(field(t, u"Typ"), QStringLiteral("Besprechung"));
-    EXPECT_EQ(field(t, u"Error"), QStringLiteral("Nein"));
-    EXPECT_EQ(field(t, u"ErrorDesc"), QString());
+    expectRow(t, {{u"Text", u"Team"}, {u"Typ", u"Besprechung"}, {u"Error", u"Nein"}, {u"ErrorDesc", u""}});
     EXPECT_EQ(ctx.log.LogStart, QStringLiteral("09:26:53"));
     EXPECT_EQ(ctx.log.LogEnd, QStringLiteral("09:26:53"));
     EXPECT_EQ(ctx.log.LogDate, QStringLiteral("14.03.26"));
@@ -123,13 +117,9 @@ TEST_F(LogWriteTest, ContactRowNameAndPhoneRules) {
     ASSERT_EQ(t.recordCount(), 2);
     EXPECT_EQ(ctx.tables.LogCalendar->recordCount(), 0);
     t.moveFirst();
-    EXPECT_EQ(field(t, u"Name"), QStringLiteral("Berger"));
-    EXPECT_EQ(field(t, u"Phone"), QStringLiteral("222"));
-    EXPECT_EQ(field(t, u"Action"), QStringLiteral("deleted"));
+    expectRow(t, {{u"Name", u"Berger"}, {u"Phone", u"222"}, {u"Action", u"deleted"}});
     t.moveNext();
-    EXPECT_EQ(field(t, u"Name"), QStringLiteral("Stein"));
-    EXPECT_EQ(field(t, u"Phone"), QStringLiteral("333"));
-    EXPECT_EQ(field(t, u"Transfer"), QStringLiteral("PIM"));
+    expectRow(t, {{u"Name", u"Stein"}, {u"Phone", u"333"}, {u"Transfer", u"PIM"}});
 }
 
 // A failed transfer counts, sets LogHasError and asks with OK and Cancel; a good one clears the flag again.
@@ -139,8 +129,7 @@ TEST_F(LogWriteTest, FailedRowThenGoodRowClearsLogHasError) {
              TsrError(-2147212778, QStringLiteral("ATCServer"), QStringLiteral("Memory full")));
     auto& t = *ctx.tables.LogCalendar;
     t.moveLast();
-    EXPECT_EQ(field(t, u"Error"), QStringLiteral("Yes"));
-    EXPECT_EQ(field(t, u"ErrorDesc"), QStringLiteral("-2147212778Memory full"));
+    expectRow(t, {{u"Error", u"Yes"}, {u"ErrorDesc", u"-2147212778Memory full"}});
     EXPECT_TRUE(ctx.log.LogHasError);
     EXPECT_EQ(ctx.log.LogErrorCount, 1);
     ASSERT_EQ(ui.boxes.size(), 1);
