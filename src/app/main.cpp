@@ -3,6 +3,7 @@
 // (answering --help and --version before any window system is touched), makes
 // the context and the windows and hands over to the start-up sequence.
 #include "core/Context.h"
+#include "core/SilentUserInterface.h"
 #include "spine/CommandLine.h"
 #include "ui/MainWindow.h"
 #include "ui/QtUserInterface.h"
@@ -30,6 +31,17 @@ int main(int argc, char** argv) {
         return 2;
     }
 
+    if (options.headless) {
+        // No window system is touched: the run is for cron, timers and terminals.
+        QCoreApplication app(argc, argv);
+        QCoreApplication::setApplicationName(QStringLiteral("Tessarine"));
+        tsr::core::SilentUserInterface ui;
+        tsr::core::Context ctx(ui);
+        ctx.options = options;
+        QTextStream(stdout) << ctx.title() << ' ' << TESSARINE_VERSION << '\n';
+        return 0;
+    }
+
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tessarine"));
     QApplication::setApplicationVersion(QStringLiteral(TESSARINE_VERSION));
@@ -37,11 +49,6 @@ int main(int argc, char** argv) {
     tsr::ui::QtUserInterface ui;
     tsr::core::Context ctx(ui);
     ctx.options = options;
-
-    if (options.headless) {
-        QTextStream(stdout) << ctx.title() << ' ' << TESSARINE_VERSION << '\n';
-        return 0;
-    }
     tsr::ui::MainWindow window(ctx);
     ui.setMainWindow(&window);
     window.show();
