@@ -14,7 +14,6 @@ namespace err = core::err;
 
 struct Recordset::Row {
     std::vector<Value> values;
-    qint64 seq = 0;   // table order
     int viewPos = -1; // index in m_view, -1 while filtered out
 };
 
@@ -114,7 +113,6 @@ const Recordset::Row& Recordset::currentRow() const {
 void Recordset::addNew() {
     auto row = std::make_unique<Row>();
     row->values.resize(m_fields.size());
-    row->seq = m_nextSeq++;
     row->viewPos = int(m_view.size());
     Row* raw = row.get();
     m_rows.push_back(std::move(row));

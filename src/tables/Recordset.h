@@ -114,7 +114,6 @@ private:
     void rebuildView();
     Index& indexFor(int field);
     void dropIndexes();
-    int viewIndexOfSeq(qint64 seq) const;
     int findIndexed(const Criterion& c, int from);
 
     QString m_name;
@@ -131,7 +130,6 @@ private:
     std::vector<Row*> m_view;                 // sorted and filtered order
     int m_cursor = 0;                         // index into m_view; == size() at EOF, -1 at BOF
     bool m_onDeleted = false;
-    qint64 m_nextSeq = 0;
 
     QString m_sort;
     QString m_filter;
