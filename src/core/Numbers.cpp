@@ -3,16 +3,43 @@
 
 #include "core/Error.h"
 
-#include <QRegularExpression>
 #include <cmath>
 #include <limits>
 
 namespace tsr::core {
 
-double Val(const QString& text) {
-    static const QRegularExpression re(QStringLiteral(R"(^[ \t]*([+-]?(\d+\.?\d*|\.\d+)([eE][+-]?\d+)?))"));
-    const auto m = re.match(text);
-    return m.hasMatch() ? m.captured(1).toDouble() : 0.0;
+double Val(QStringView text) {
+    // The leading number: blanks and tabs, a sign, digits with a point (or a
+    // point and digits), an exponent with at least one digit.
+    const qsizetype n = text.size();
+    qsizetype i = 0;
+    while (i < n && (text[i] == u' ' || text[i] == u'\t'))
+        ++i;
+    const qsizetype start = i;
+    if (i < n && (text[i] == u'+' || text[i] == u'-'))
+        ++i;
+    auto digitsFrom = [&text, n](qsizetype k) {
+        while (k < n && text[k] >= u'0' && text[k] <= u'9')
+            ++k;
+        return k;
+    };
+    qsizetype end = digitsFrom(i);
+    if (end > i) {
+        if (end < n && text[end] == u'.')
+            end = digitsFrom(end + 1);
+    } else if (i < n && text[i] == u'.' && digitsFrom(i + 1) > i + 1) {
+        end = digitsFrom(i + 1);
+    } else {
+        return 0.0;
+    }
+    if (end < n && (text[end] == u'e' || text[end] == u'E')) {
+        qsizetype k = end + 1;
+        if (k < n && (text[k] == u'+' || text[k] == u'-'))
+            ++k;
+        if (const qsizetype last = digitsFrom(k); last > k)
+            end = last;
+    }
+    return text.mid(start, end - start).toDouble();
 }
 
 static double roundHalfEven(double v) {

@@ -10,7 +10,7 @@ namespace tsr::core {
 
 // The numeric value of the longest leading number of the text ("12abc" -> 12,
 // "abc" -> 0, " -3.5" -> -3.5); blanks before it are skipped.
-double Val(const QString& text);
+double Val(QStringView text);
 
 // Rounds half to even and narrows; a value outside the range raises error 6 "Overflow".
 int16_t CInt(double value);

@@ -29,13 +29,12 @@ QString DayOfWeekMaskToString(int64_t mask) {
     return out;
 }
 
-int16_t StringToDayOfWeekMask(const QString& text) {
+int16_t StringToDayOfWeekMask(QStringView text) {
     int64_t sum = 0;
-    const QStringList tokens = text.split(u' ');
-    for (const QString& token : tokens) {
-        const QString upper = token.toUpper();
+    for (QStringView token : text.tokenize(u' ')) {
+        const QString upper = token.toString().toUpper();
         for (int day = 0; day < 7; ++day) {
-            if (upper == QString::fromUtf16(kDayTokens[size_t(day)])) {
+            if (upper == QStringView(kDayTokens[size_t(day)])) {
                 sum += BitToDec(day);
                 break;
             }

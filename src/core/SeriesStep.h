@@ -20,7 +20,7 @@ namespace tsr::core {
 QString DayOfWeekMaskToString(int64_t mask);
 // Splits at blanks, upper-cases each token and adds its bit. A sum, not a bit-or:
 // "MO MO" gives 4. Unknown tokens are passed over. A sum beyond 16 bits raises error 6.
-int16_t StringToDayOfWeekMask(const QString& text);
+int16_t StringToDayOfWeekMask(QStringView text);
 // 2 to the power n by repeated doubling; n below 1 gives 1.
 int32_t BitToDec(int n);
 // True when exactly one of the seven weekday bits is set and no other bit.

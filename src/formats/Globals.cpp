@@ -3,6 +3,7 @@
 #include "formats/Globals.h"
 
 #include <array>
+#include <cstring>
 
 namespace tsr::formats {
 
@@ -34,11 +35,27 @@ uint8_t byteFromCodePage(QChar c) {
 }
 
 QString textFromCodePage(const QByteArray& bytes) {
-    QString out;
-    out.resize(bytes.size());
-    QChar* dst = out.data();
-    for (qsizetype i = 0; i < bytes.size(); ++i)
-        dst[i] = charFromCodePage(uint8_t(bytes[i]));
+    // Windows-1252 is Latin-1 but for 0x80-0x9F: the library's Latin-1 reader is
+    // quick, and those few bytes, where there are any, are put right behind it.
+    QString out = QString::fromLatin1(bytes);
+    const auto* src = reinterpret_cast<const uint8_t*>(bytes.constData());
+    const qsizetype n = bytes.size();
+    // Most texts are ASCII: eight bytes at a time show that no byte is 0x80 or above.
+    uint64_t highBits = 0;
+    qsizetype i = 0;
+    for (; i + 8 <= n; i += 8) {
+        uint64_t word;
+        std::memcpy(&word, src + i, sizeof word);
+        highBits |= word;
+    }
+    for (; i < n; ++i)
+        highBits |= src[i];
+    if (highBits & 0x8080808080808080u) {
+        auto* dst = reinterpret_cast<char16_t*>(out.data());
+        for (qsizetype i = 0; i < n; ++i)
+            if (uint8_t(src[i] - 0x80) < 0x20)
+                dst[i] = kHighControls[src[i] - 0x80];
+    }
     return out;
 }
 

@@ -6,6 +6,8 @@
 #include "core/Error.h"
 #include "formats/Globals.h"
 
+#include <string_view>
+
 namespace tsr::formats {
 
 using core::raise;
@@ -33,21 +35,6 @@ void appendQuoted(QString& out, uint8_t b) {
     out.append(u'=');
     out.append(QChar(char16_t(kHex[b >> 4])));
     out.append(QChar(char16_t(kHex[b & 0x0F])));
-}
-
-// The code of a decoded sequence as text. Codes beyond 16 bits become a surrogate
-// pair, codes beyond the Unicode range the replacement character: nothing is
-// silently cut to a different character.
-void appendCode(QString& out, int32_t code) {
-    if (code >= 0 && code <= 0xFFFF) {
-        out.append(QChar(char16_t(code)));
-    } else if (code > 0xFFFF && code <= 0x10FFFF) {
-        const char32_t c = char32_t(code);
-        out.append(QChar(QChar::highSurrogate(c)));
-        out.append(QChar(QChar::lowSurrogate(c)));
-    } else {
-        out.append(QChar(QChar::ReplacementCharacter));
-    }
 }
 
 } // namespace
@@ -165,23 +152,28 @@ QString StringToUniToUTFToQuoted(const QString& text) {
     return out;
 }
 
-void encodeString(const core::Context& ctx, QString& value, const QString& parameters, bool& flag) {
-    if (!parameters.contains(QLatin1String("ENCODING=QUOTED-PRINTABLE")))
+void encodeString(const core::Context& ctx, QString& value, QStringView parameters, bool& flag) {
+    // Parameters are a few dozen characters: a plain search beats the library's.
+    const std::u16string_view params(parameters.utf16(), size_t(parameters.size()));
+    if (params.find(u"ENCODING=QUOTED-PRINTABLE") == params.npos)
         return;
     const ByteBuffer bytes = EncodingOuotedPrintable(value);
-    if (!parameters.contains(QLatin1String("UTF-8")))
+    if (params.find(u"UTF-8") == params.npos)
         return;
     if (bytes.empty() || bytes[0] == 0)
         return;
 
-    QString out;
-    out.reserve(qsizetype(bytes.size()));
+    // No byte gives more than one 16-bit unit, but for codes beyond 16 bits,
+    // which take four bytes or more for their two.
+    QString out(qsizetype(bytes.size()), Qt::Uninitialized);
+    char16_t* const begin = reinterpret_cast<char16_t*>(out.data());
+    char16_t* dst = begin;
     ByteBuffer sequence;
     size_t i = 0;
     while (i < bytes.size()) {
         int16_t count = CheckUTF8ByteCount(bytes[i]);
         if (count == 0) {
-            out.append(charFromCodePage(bytes[i]));
+            *dst++ = charFromCodePage(bytes[i]).unicode();
             ++i;
             continue;
         }
@@ -192,9 +184,18 @@ void encodeString(const core::Context& ctx, QString& value, const QString& param
         if (i + size_t(count) > bytes.size())
             raise(core::err::SubscriptOutOfRange, QStringLiteral("encodeString"));
         sequence.assign(bytes.begin() + qsizetype(i), bytes.begin() + qsizetype(i + size_t(count)));
-        appendCode(out, utf8_2_unicode(ctx, count, sequence));
+        const int32_t code = utf8_2_unicode(ctx, count, sequence);
+        if (code >= 0 && code <= 0xFFFF) {
+            *dst++ = char16_t(code);
+        } else if (code > 0xFFFF && code <= 0x10FFFF) {
+            *dst++ = QChar::highSurrogate(char32_t(code));
+            *dst++ = QChar::lowSurrogate(char32_t(code));
+        } else {
+            *dst++ = QChar::ReplacementCharacter; // nothing is silently cut to a different character
+        }
         i += size_t(count);
     }
+    out.truncate(dst - begin);
     value = out;
     flag = true;
 }

@@ -52,6 +52,6 @@ QString StringToUniToUTFToQuoted(const QString& text);
 // "ENCODING=QUOTED-PRINTABLE" and "UTF-8" (exact case), and then sets `flag`.
 // Otherwise the value stays as it came and the flag is left alone. Raises -1991 on
 // a lead byte 0xFE/0xFF and the subscript error on a sequence cut off at the end.
-void encodeString(const core::Context& ctx, QString& value, const QString& parameters, bool& flag);
+void encodeString(const core::Context& ctx, QString& value, QStringView parameters, bool& flag);
 
 } // namespace tsr::formats

@@ -72,7 +72,7 @@ public:
     explicit CalendarRow(tables::Recordset& table) : m_table(table), m_cols(calendarColumns(table)) {}
 
     core::Value value(Col c) const { return m_table.value(m_cols[size_t(c)]); }
-    void set(Col c, const core::Value& v) { m_table.setValue(m_cols[size_t(c)], v); }
+    void set(Col c, core::Value v) { m_table.setValue(m_cols[size_t(c)], std::move(v)); }
     bool flag(Col c) const {
         const core::Value v = value(c);
         return !v.isEmpty() && v.toBool();
@@ -91,6 +91,46 @@ public:
 private:
     tables::Recordset& m_table;
     Columns m_cols;
+};
+
+// The current row of a calendar table, read and written in place. Reading an
+// entry writes some forty fields, several of them more than once: a write of a
+// value already in the field's type goes straight into the row, any other
+// through the table's setValue. The table's cursor must stay on the row.
+class RowInPlace {
+public:
+    explicit RowInPlace(tables::Recordset& table)
+        : m_table(table), m_cols(calendarColumns(table)), m_values(table.currentValues()),
+          m_inPlace(table.writableInPlace()) {}
+
+    const core::Value& value(Col c) const {
+        const int i = m_cols[size_t(c)];
+        if (i < 0)
+            m_table.value(i); // raises the table's item-not-found error
+        return m_values[size_t(i)];
+    }
+    void set(Col c, core::Value v) {
+        const int i = m_cols[size_t(c)];
+        if (m_inPlace && i >= 0 && (v.isEmpty() || v.type() == m_table.fieldType(i)))
+            m_values[size_t(i)] = std::move(v);
+        else
+            m_table.setValue(i, std::move(v));
+    }
+    bool flag(Col c) const {
+        const core::Value& v = value(c);
+        return !v.isEmpty() && v.toBool();
+    }
+    core::VbDate date(Col c) const {
+        const core::Value& v = value(c);
+        return v.isEmpty() ? core::VbDate() : v.toDate();
+    }
+    QString text(Col c) const { return value(c).toText(); }
+
+private:
+    tables::Recordset& m_table;
+    Columns m_cols;
+    std::span<core::Value> m_values;
+    bool m_inPlace;
 };
 
 // By-name readers for the few places outside the calendar layout's hot paths.
@@ -123,5 +163,15 @@ std::optional<QString> quickFormat(core::VbDate d, const QString& mask);
 QString quickDateText(const tables::Recordset& table, core::VbDate d);
 // The time of day in the given mask (as core::Format), quickly where it allows it.
 QString quickTimeText(core::VbDate d, const QString& mask);
+
+// The texts a calendar entry keeps of its start, made from the start taken
+// apart once: the table's text form of the start (quickDateText) and of its
+// date alone, and the time of day in timeMask (quickTimeText).
+struct StartTexts {
+    QString full;
+    QString date;
+    QString time;
+};
+StartTexts startTexts(const tables::Recordset& table, core::VbDate start, const QString& timeMask);
 
 } // namespace tsr::formats::detail

@@ -14,55 +14,117 @@
 namespace tsr::formats {
 
 using namespace detail;
+using namespace std::literals;
 using core::VbDate;
 
 namespace {
 const QString kSource = QStringLiteral("ParsEntryFromMobile");
 
-[[noreturn]] void unexpectedKey(const core::Context& ctx, int32_t number, const char16_t* after, const QString& key,
-                                const QString& value) {
+[[noreturn]] void unexpectedKey(const core::Context& ctx, int32_t number, const char16_t* after, QStringView key,
+                                QStringView value) {
     core::raise(number, kSource,
-                ctx.strings.text(753) + QString::fromUtf16(after) + QStringLiteral("\r\n") + key + u':' + value);
+                ctx.strings.text(753) + QString::fromUtf16(after) + QStringLiteral("\r\n") + key.toString() + u':' +
+                    value.toString());
 }
 
-bool allDigits(const QString& s) {
-    for (QChar c : s)
-        if (c < u'0' || c > u'9')
-            return false;
-    return true;
+bool same(QStringView a, std::u16string_view b) {
+    return size_t(a.size()) == b.size() && std::char_traits<char16_t>::compare(a.utf16(), b.data(), b.size()) == 0;
 }
 
-// A stamp with "T" and "Z" taken out: "yyyymmddhhmmss". A date alone (8 digits)
-// reads as midnight; anything else is the conversion error a date that is no
-// date always gives.
-VbDate stampToDate(QString value) {
-    Cleanit(value, QStringLiteral("TZ"));
-    if ((value.size() == 14 || value.size() == 8) && allDigits(value)) {
-        const QStringView v(value);
-        const int y = v.mid(0, 4).toInt(), mo = v.mid(4, 2).toInt(), d = v.mid(6, 2).toInt();
-        int h = 0, mi = 0, s = 0;
-        if (value.size() == 14) {
-            h = v.mid(8, 2).toInt();
-            mi = v.mid(10, 2).toInt();
-            s = v.mid(12, 2).toInt();
-        }
-        if (QDate::isValid(y, mo, d) && y >= 100 && h < 24 && mi < 60 && s < 60)
-            return VbDate(core::DateSerial(y, mo, d).value + core::TimeSerial(h, mi, s).value);
+bool contains(QStringView text, std::u16string_view part) {
+    return std::u16string_view(text.utf16(), size_t(text.size())).find(part) != std::u16string_view::npos;
+}
+
+// Where c is first found from `from` on, or -1. Lines are short: a plain loop
+// finds a character in them sooner than a call into the library does.
+qsizetype find(QStringView text, char16_t c, qsizetype from) {
+    const char16_t* const data = text.utf16();
+    for (qsizetype i = from; i < text.size(); ++i)
+        if (data[i] == c)
+            return i;
+    return -1;
+}
+
+// A stamp read with every "T" and "Z" left out: "yyyymmddhhmmss". A date alone
+// (8 digits) reads as midnight; anything else is the conversion error a date
+// that is no date always gives.
+VbDate stampToDate(QStringView value) {
+    int digits[14];
+    int n = 0;
+    for (QChar c : value) {
+        if (c == u'T' || c == u'Z')
+            continue;
+        if (n == 14 || c < u'0' || c > u'9')
+            core::raise(core::err::TypeMismatch, kSource);
+        digits[n++] = c.unicode() - u'0';
+    }
+    if (n == 14 || n == 8) {
+        auto number = [&digits](int at, int count) {
+            int v = 0;
+            for (int i = at; i < at + count; ++i)
+                v = v * 10 + digits[i];
+            return v;
+        };
+        const int y = number(0, 4), mo = number(4, 2), d = number(6, 2);
+        const int h = n == 14 ? number(8, 2) : 0, mi = n == 14 ? number(10, 2) : 0, sec = n == 14 ? number(12, 2) : 0;
+        if (QDate::isValid(y, mo, d) && y >= 100 && h < 24 && mi < 60 && sec < 60)
+            return VbDate(core::fromQDate(QDate(y, mo, d)).value + core::TimeSerial(h, mi, sec).value);
     }
     core::raise(core::err::TypeMismatch, kSource);
 }
 
+// The first piece of SplitESCStrings: the text up to the first ";" that has
+// no "\" before it, each "\;" on the way read as ";".
+QString firstPiece(QString value) {
+    qsizetype semicolon = value.indexOf(u';');
+    if (semicolon < 0)
+        return value;
+    QString piece;
+    qsizetype from = 0;
+    while (semicolon >= 0) {
+        piece += QStringView(value).mid(from, semicolon - from);
+        if (!piece.endsWith(u'\\'))
+            return piece;
+        piece.back() = u';';
+        from = semicolon + 1;
+        semicolon = value.indexOf(u';', from);
+    }
+    piece += QStringView(value).mid(from);
+    return piece;
+}
+
+// RemoveCTRLCharactersFromString, without the copies for a text that has
+// nothing to remove.
+QString withoutControls(QString text) {
+    if (text.isEmpty() ||
+        (!text.contains(u'\r') && !text.contains(u'\t') && text.front() != u' ' && text.back() != u' '))
+        return text;
+    return RemoveCTRLCharactersFromString(text);
+}
+
 // A number of the rule; one that does not fit the field is the overflow error.
-int64_t numberAt(const QString& text, qsizetype from, qsizetype length = -1) {
+int64_t numberAt(QStringView text, qsizetype from, qsizetype length = -1) {
     const double v = core::Val(text.mid(from, length));
     if (!(v > -9.2e18 && v < 9.2e18))
         core::raise(core::err::Overflow, kSource);
     return int64_t(v);
 }
 
-void parseRuleInto(core::Context& ctx, CalendarRow& row, const QString& rule) {
-    const QString first = rule.left(1);
-    const QString modKey = rule.mid(1, 1);
+// One letter of the rule as text: the letters a rule is made of are shared, not
+// made anew for every entry.
+QString letter(QStringView rule, qsizetype at) {
+    static const QString letters[] = {QStringLiteral("D"), QStringLiteral("W"), QStringLiteral("M"),
+                                      QStringLiteral("Y"), QStringLiteral("1")};
+    const QStringView one = rule.mid(at, 1);
+    for (const QString& l : letters)
+        if (one == l)
+            return l;
+    return one.toString();
+}
+
+void parseRuleInto(core::Context& ctx, RowInPlace& row, QStringView rule) {
+    const QString first = letter(rule, 0);
+    const QString modKey = letter(rule, 1);
     row.set(Col::RecurrenceFrequenz, first);
     row.set(Col::RecurrenceDuration, int64_t(0));
 
@@ -126,42 +188,21 @@ void parseRuleInto(core::Context& ctx, CalendarRow& row, const QString& rule) {
 }
 
 // The status field each category sets.
-std::optional<Col> statusOfCategory(const QString& value) {
-    if (value == u"MISCELLANEOUS")
+std::optional<Col> statusOfCategory(QStringView value) {
+    if (same(value, u"MISCELLANEOUS"sv))
         return Col::MemoStatus;
-    if (value == u"MEETING")
+    if (same(value, u"MEETING"sv))
         return Col::MeetingStatus;
-    if (value == u"ANNIVERSARY")
+    if (same(value, u"ANNIVERSARY"sv))
         return Col::AnniversaryStatus;
-    if (value == u"PHONE CALL")
+    if (same(value, u"PHONE CALL"sv))
         return Col::PhoneCallStatus;
     return std::nullopt;
 }
 
-// The text form of dates, remembering the last one: the start's text is asked
-// for twice on most entries, and building it is the dearest step of a field.
-class DateTexts {
-public:
-    explicit DateTexts(const tables::Recordset& table) : m_table(table) {}
-    const QString& of(VbDate d) {
-        if (!m_has || d != m_date) {
-            m_text = quickDateText(m_table, d);
-            m_date = d;
-            m_has = true;
-        }
-        return m_text;
-    }
-
-private:
-    const tables::Recordset& m_table;
-    VbDate m_date;
-    QString m_text;
-    bool m_has = false;
-};
-
 // The steps after the last line, in their order: later steps read what earlier
 // ones wrote.
-void completeRow(core::Context& ctx, CalendarRow& row, DateTexts& texts) {
+void completeRow(core::Context& ctx, tables::Recordset& table, RowInPlace& row) {
     row.set(Col::noPhonecall, true);
 
     QString typ;
@@ -190,13 +231,14 @@ void completeRow(core::Context& ctx, CalendarRow& row, DateTexts& texts) {
         start = !hasD ? aAlarm : !hasA ? dAlarm : std::min(aAlarm, dAlarm);
     row.set(Col::Start, start);
 
-    row.set(Col::StartasText, texts.of(start));
+    StartTexts texts = startTexts(table, start, ctx.formats.TimeFormat);
+    row.set(Col::StartasText, std::move(texts.full));
     row.set(Col::MobileRecPattern, start);
     const VbDate startDate = core::DateValue(start);
     row.set(Col::StartDate, startDate);
-    row.set(Col::PimRecPattString, texts.of(startDate));
+    row.set(Col::PimRecPattString, std::move(texts.date));
     row.set(Col::PIMRecPatt, startDate);
-    row.set(Col::StartTime, quickTimeText(core::TimeValue(start), ctx.formats.TimeFormat));
+    row.set(Col::StartTime, std::move(texts.time));
 
     VbDate dtEnd = row.date(Col::DTEnd);
     if (dtEnd < dtStart) {
@@ -216,12 +258,11 @@ void completeRow(core::Context& ctx, CalendarRow& row, DateTexts& texts) {
     row.set(Col::PIMText, text);
     row.set(Col::Mobile, true);
     row.set(Col::EntryType, int32_t(2));
-    row.table().update();
 }
 } // namespace
 
 void parseRule(core::Context& ctx, tables::Recordset& table, const QString& rule) {
-    CalendarRow row(table);
+    RowInPlace row(table);
     parseRuleInto(ctx, row, rule);
 }
 
@@ -229,102 +270,128 @@ bool ParsEntryFromMobile(core::Context& ctx, tables::Recordset& table, QString& 
     if (ctx.flags.GlobalCommandDebug)
         ctx.ui->msgBox(text, core::MsgButtons::OK, core::MsgIcon::Information, ctx.title());
 
-    static const QString quotedPrintable = QStringLiteral("ENCODING=QUOTED-PRINTABLE");
-    CalendarRow row(table);
-    DateTexts texts(table);
+    RowInPlace row(table);
+    // The last DTSTART read. A finished row takes its texts from the start, so
+    // the texts of this date are made only for an entry that breaks off.
+    std::optional<VbDate> startRead;
     int nesting = 0;
     bool utf8Flag = row.flag(Col::UTF8Flag);
     // The text is read from `pos` on, as HolTeilstring would cut it, without
     // moving the rest on every line; `text` is cut once at the end, or at an error.
     qsizetype pos = 0;
     const qsizetype size = text.size();
+    const QStringView all(text);
+    auto lineEndFrom = [&all, size](qsizetype from) {
+        for (qsizetype cr = find(all, u'\r', from); cr >= 0; cr = find(all, u'\r', cr + 1))
+            if (cr + 1 < size && all[cr + 1] == u'\n')
+                return cr;
+        return qsizetype(-1);
+    };
 
     try {
         while (pos < size) {
             QStringView key;
-            const qsizetype colon = text.indexOf(u':', pos);
+            const qsizetype colon = find(all, u':', pos);
             if (colon >= 0) {
-                key = QStringView(text).mid(pos, colon - pos);
+                key = all.mid(pos, colon - pos);
                 pos = colon + 1;
             }
             // Folded lines: a line that begins with a blank continues the value, the
             // blank included. A last line without CR LF gives an empty line and leaves
             // the text as it is, so the fold stops there.
-            QString value;
-            do {
-                const qsizetype lineEnd = text.indexOf(QLatin1StringView("\r\n"), pos);
-                if (lineEnd < 0)
-                    break;
-                value += QStringView(text).mid(pos, lineEnd - pos);
+            QStringView value;
+            QString storage; // the value, where it is no longer one piece of the text
+            if (const qsizetype lineEnd = lineEndFrom(pos); lineEnd >= 0) {
+                value = all.mid(pos, lineEnd - pos);
                 pos = lineEnd + 2;
-            } while (pos < size && text[pos] == u' ');
+                if (pos < size && all[pos] == u' ') {
+                    storage = value.toString();
+                    do {
+                        const qsizetype next = lineEndFrom(pos);
+                        if (next < 0)
+                            break;
+                        storage += all.mid(pos, next - pos);
+                        pos = next + 2;
+                    } while (pos < size && all[pos] == u' ');
+                    value = storage;
+                }
+            }
 
             // Without this parameter the decoding leaves value and flag alone.
-            if (key.contains(quotedPrintable)) {
+            if (contains(key, u"ENCODING=QUOTED-PRINTABLE"sv)) {
                 const bool before = utf8Flag;
-                encodeString(ctx, value, key.toString(), utf8Flag);
+                storage = value.toString();
+                encodeString(ctx, storage, key, utf8Flag);
+                value = storage;
                 if (utf8Flag != before)
                     row.set(Col::UTF8Flag, utf8Flag);
             }
-            const qsizetype semicolon = key.indexOf(u';');
+            // The value as text of its own, taking over the storage where it lies there.
+            auto valueText = [&value, &storage] {
+                return value.data() == storage.constData() && value.size() == storage.size() ? std::move(storage)
+                                                                                             : value.toString();
+            };
+            const qsizetype semicolon = find(key, u';', 0);
             if (semicolon >= 0)
                 key.truncate(semicolon);
 
-            if (key == u"BEGIN") {
-                if (value != u"VCALENDAR" && value != u"VEVENT")
-                    unexpectedKey(ctx, -1996, u" BEGIN", key.toString(), value);
+            auto isCalendarPart = [&value] { return same(value, u"VCALENDAR"sv) || same(value, u"VEVENT"sv); };
+            if (same(key, u"BEGIN"sv)) {
+                if (!isCalendarPart())
+                    unexpectedKey(ctx, -1996, u" BEGIN", key, value);
                 ++nesting;
-            } else if (key == u"END") {
-                if (value != u"VCALENDAR" && value != u"VEVENT")
-                    unexpectedKey(ctx, -1995, u" END", key.toString(), value);
+            } else if (same(key, u"END"sv)) {
+                if (!isCalendarPart())
+                    unexpectedKey(ctx, -1995, u" END", key, value);
                 --nesting;
-            } else if (key == u"CATEGORIES") {
+            } else if (same(key, u"CATEGORIES"sv)) {
                 const std::optional<Col> status = statusOfCategory(value);
                 if (!status)
-                    unexpectedKey(ctx, -1994, u" CATEGORIES", key.toString(), value);
+                    unexpectedKey(ctx, -1994, u" CATEGORIES", key, value);
                 row.set(*status, true);
-            } else if (key == u"DTSTART") {
+            } else if (same(key, u"DTSTART"sv)) {
                 const VbDate d = stampToDate(value);
                 row.set(Col::DTStart, d);
-                const QString& asText = texts.of(d);
-                row.set(Col::StartasText, asText);
+                startRead = d;
                 row.set(Col::DTStartFlag, true);
                 row.set(Col::PIMRecPatt, d);
-                row.set(Col::PimRecPattString, asText);
-            } else if (key == u"DTEND") {
+            } else if (same(key, u"DTEND"sv)) {
                 row.set(Col::DTEnd, stampToDate(value));
-            } else if (key == u"AALARM") {
+            } else if (same(key, u"AALARM"sv)) {
                 row.set(Col::AAlarm, stampToDate(value));
                 row.set(Col::AAlarmFlag, true);
-            } else if (key == u"DALARM") {
+            } else if (same(key, u"DALARM"sv)) {
                 row.set(Col::DAlarm, stampToDate(value));
                 row.set(Col::DAlarmFlag, true);
-            } else if (key == u"DESCRIPTION") {
-                const QStringList pieces = SplitESCStrings(value);
-                row.set(Col::Description,
-                        pieces.isEmpty() ? QString() : RemoveCTRLCharactersFromString(pieces.first()));
-            } else if (key == u"SUMMARY") {
-                const QStringList pieces = SplitESCStrings(value);
-                row.set(Col::Summary, pieces.isEmpty() ? QString() : pieces.first());
-            } else if (key == u"RRULE") {
+            } else if (same(key, u"DESCRIPTION"sv)) {
+                row.set(Col::Description, withoutControls(firstPiece(valueText())));
+            } else if (same(key, u"SUMMARY"sv)) {
+                row.set(Col::Summary, firstPiece(valueText()));
+            } else if (same(key, u"RRULE"sv)) {
                 parseRuleInto(ctx, row, value);
-            } else if (key == u"VERSION") {
+            } else if (same(key, u"VERSION"sv)) {
                 // No version is checked in this format.
             } else if (nesting == 0) {
                 // Whatever follows the calendar is not ours.
                 pos = size;
             } else {
-                unexpectedKey(ctx, -1993, u" vcs key", key.toString(), value);
+                unexpectedKey(ctx, -1993, u" vcs key", key, value);
             }
         }
     } catch (...) {
         text.remove(0, pos);
+        if (startRead) {
+            const QString asText = quickDateText(table, *startRead);
+            row.set(Col::StartasText, asText);
+            row.set(Col::PimRecPattString, asText);
+        }
         throw;
     }
     text.clear();
 
     row.set(Col::UTF8Flag, utf8Flag);
-    completeRow(ctx, row, texts);
+    completeRow(ctx, table, row);
+    table.update();
     return true;
 }
 

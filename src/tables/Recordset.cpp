@@ -78,16 +78,15 @@ void Recordset::close() {
     m_onDeleted = false;
 }
 
-QString Recordset::fieldName(int index) const {
-    return m_fields.at(size_t(index)).name;
-}
-
-FieldType Recordset::fieldType(int index) const {
-    return m_fields.at(size_t(index)).type;
-}
-
 int Recordset::fieldIndex(const QString& name) const {
-    return m_fieldByName.value(name.toCaseFolded(), -1);
+    // Code names its fields in a few spellings; each is remembered as it was
+    // written, so case folding is paid once per spelling, not on every call.
+    if (const auto known = m_fieldBySpelling.constFind(name); known != m_fieldBySpelling.constEnd())
+        return known.value();
+    const int index = m_fieldByName.value(name.toCaseFolded(), -1);
+    if (index >= 0)
+        m_fieldBySpelling.insert(name, index);
+    return index;
 }
 
 int Recordset::requireField(const QString& name) const {
@@ -218,34 +217,40 @@ void Recordset::setValue(const QString& field, const Value& v) {
     setValue(requireField(field), v);
 }
 
-void Recordset::setValue(int index, const Value& v) {
+void Recordset::setValue(int index, Value v) {
     if (index < 0 || index >= fieldCount())
         throw TsrError(err::AdoItemNotFound, kSource, QStringLiteral("Item cannot be found in the collection."));
     Row& row = currentRow();
     const FieldType type = m_fields[size_t(index)].type;
-    Value converted;
-    if (v.isEmpty())
-        converted = v;
-    else if (type == FieldType::Text && v.type() == FieldType::Date)
-        converted = dateAsText(v.toDate());
-    else if (type == FieldType::Date && v.type() == FieldType::Text) {
+    if (v.isEmpty() || v.type() == type) {
+        // Already of the field's type: kept as it is.
+    } else if (type == FieldType::Text && v.type() == FieldType::Date) {
+        v = dateAsText(v.toDate());
+    } else if (type == FieldType::Date && v.type() == FieldType::Text) {
         auto d = core::parseDate(v.toText(), m_dateMask, m_timeMask);
         if (!d)
             throw TsrError(err::TypeMismatch, kSource, core::standardDescription(err::TypeMismatch));
-        converted = *d;
-    } else
-        converted = v.convertedTo(type);
-
-    auto idx = m_indexes.constFind(index);
-    if (idx != m_indexes.constEnd() && row.viewPos >= 0) {
-        auto& index_ = *idx.value();
-        removeFromList(index_.rows[textForm(row.values[size_t(index)]).toCaseFolded()], &row);
-        auto& newList = index_.rows[textForm(converted).toCaseFolded()];
-        auto at = std::lower_bound(newList.begin(), newList.end(), row.viewPos,
-                                   [](const Row* r, int pos) { return r->viewPos < pos; });
-        newList.insert(at, &row);
+        v = *d;
+    } else {
+        v = v.convertedTo(type);
     }
-    row.values[size_t(index)] = std::move(converted);
+
+    if (!m_indexes.isEmpty() && row.viewPos >= 0) {
+        auto idx = m_indexes.constFind(index);
+        if (idx != m_indexes.constEnd()) {
+            auto& index_ = *idx.value();
+            removeFromList(index_.rows[textForm(row.values[size_t(index)]).toCaseFolded()], &row);
+            auto& newList = index_.rows[textForm(v).toCaseFolded()];
+            auto at = std::lower_bound(newList.begin(), newList.end(), row.viewPos,
+                                       [](const Row* r, int pos) { return r->viewPos < pos; });
+            newList.insert(at, &row);
+        }
+    }
+    row.values[size_t(index)] = std::move(v);
+}
+
+std::span<Value> Recordset::currentValues() {
+    return currentRow().values;
 }
 
 std::vector<Value> Recordset::getRows() {

@@ -12,6 +12,7 @@
 #include <QStringList>
 #include <functional>
 #include <memory>
+#include <span>
 #include <vector>
 
 namespace tsr::tables {
@@ -40,8 +41,8 @@ public:
     bool isOpen() const { return m_open; }
 
     int fieldCount() const { return int(m_fields.size()); }
-    QString fieldName(int index) const;
-    FieldType fieldType(int index) const;
+    const QString& fieldName(int index) const { return m_fields.at(size_t(index)).name; }
+    FieldType fieldType(int index) const { return m_fields.at(size_t(index)).type; }
     // -1 when the table has no such field.
     int fieldIndex(const QString& name) const;
     bool hasField(const QString& name) const { return fieldIndex(name) >= 0; }
@@ -78,7 +79,14 @@ public:
     Value value(const QString& field) const;
     Value value(int index) const;
     void setValue(const QString& field, const Value& v);
-    void setValue(int index, const Value& v);
+    void setValue(int index, Value v);
+
+    // The current row's values in field order: to read without copies and, while
+    // writableInPlace(), to write a value of the field's own type without going
+    // through setValue. A Find index must see every change, so while one is kept
+    // every write goes through setValue.
+    std::span<Value> currentValues();
+    bool writableInPlace() const { return m_indexes.isEmpty(); }
 
     // GetRows(1): the current row's values in field order; the cursor moves one row on.
     std::vector<Value> getRows();
@@ -123,7 +131,8 @@ private:
         FieldType type;
     };
     std::vector<Field> m_fields;
-    QHash<QString, int> m_fieldByName; // case-folded name -> index
+    QHash<QString, int> m_fieldByName;             // case-folded name -> index
+    mutable QHash<QString, int> m_fieldBySpelling; // name as asked for -> index
     bool m_open = false;
 
     std::vector<std::unique_ptr<Row>> m_rows; // table order

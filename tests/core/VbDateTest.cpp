@@ -74,6 +74,13 @@ TEST(Numbers, LeadingNumberAndOverflow) {
     EXPECT_EQ(Val(QStringLiteral("12abc")), 12);
     EXPECT_EQ(Val(QStringLiteral("abc")), 0);
     EXPECT_EQ(Val(QStringLiteral("  -3.5x")), -3.5);
+    // The number ends where its form ends: a point without digits behind it, an
+    // exponent with digits only, tabs but no other blanks before it.
+    const std::pair<const char*, double> leading[] = {
+        {".5", 0.5}, {"+.5e3x", 500}, {"1.e2", 100},  {"7e", 7},  {"7e+", 7}, {"7E-1", 0.7}, {"\t 9", 9}, {"-", 0},
+        {".", 0},    {"+-1", 0},      {"1.2.3", 1.2}, {"\n5", 0}, {"٣", 0},   {"5٣", 5},     {"", 0}};
+    for (const auto& [text, value] : leading)
+        EXPECT_DOUBLE_EQ(Val(QString::fromUtf8(text)), value) << text;
     EXPECT_EQ(CInt(2.5), 2);
     EXPECT_EQ(CInt(3.5), 4);
     EXPECT_EQ(CInt(32767), 32767);

@@ -53,3 +53,29 @@ TEST(QuickFormat, DateTextMatchesTheTable) {
     EXPECT_EQ(formats::detail::quickTimeText(core::VbDate(0.75), QStringLiteral("hh:mm AM/PM")),
               core::Format(core::VbDate(0.75), QStringLiteral("hh:mm AM/PM")));
 }
+
+// The three texts of a start match the general formatter for every pairing of
+// masks: quick and not, masks that mix date and time parts, and a time format
+// that differs from the table's.
+TEST(QuickFormat, StartTextsMatchTheGeneralFormatter) {
+    tables::Recordset table(QStringLiteral("RSCalendar"));
+    tables::InitCalendarRS(table);
+    const std::tuple<const char*, const char*, const char*> forms[] = {{"dd.mm.yyyy", "hh:mm:ss", "hh:mm:ss"},
+                                                                       {"dd.mm.yy", "hh:mm", "hh:mm:ss"},
+                                                                       {"dd.mm.yyyy hh", "nn", "hh:mm"},
+                                                                       {"yyyy-mm-dd", "hh:mm dd", "hh:mm dd"},
+                                                                       {"mm/dd/yy", "h:mm AM/PM", "h:mm AM/PM"},
+                                                                       {"dd. mmmm yyyy", "hh:mm", "hh:mm"},
+                                                                       {"d.m.yyyy", "h:m:s", "hh:nn"}};
+    for (const auto& [dateMask, tableTime, timeMask] : forms) {
+        table.setDateTextForm(QString::fromUtf8(dateMask), QString::fromUtf8(tableTime));
+        const QString time = QString::fromUtf8(timeMask);
+        for (core::VbDate d : sampleDates()) {
+            const formats::detail::StartTexts texts = formats::detail::startTexts(table, d, time);
+            const std::string where = std::string(dateMask) + " " + tableTime + " " + timeMask;
+            EXPECT_EQ(texts.full, table.dateAsText(d)) << where << " " << d.value;
+            EXPECT_EQ(texts.date, table.dateAsText(core::DateValue(d))) << where << " " << d.value;
+            EXPECT_EQ(texts.time, core::Format(core::TimeValue(d), time)) << where << " " << d.value;
+        }
+    }
+}

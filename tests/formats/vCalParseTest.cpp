@@ -2,6 +2,7 @@
 // The parser of the phone's calendar files: the keys, folding, the numbered
 // errors and their texts, the rule table, and the completion of the row.
 #include "formats/vCal.h"
+#include "tables/TSRADODB.h"
 #include "vCalFixture.h"
 
 using namespace tsr;
@@ -78,6 +79,35 @@ TEST_F(vCalParse, NextEntryParsesNormallyAfterAnError) {
     newRow();
     ASSERT_TRUE(parse(event({"CATEGORIES:MEETING", "DTSTART:20261122T100000Z", "DESCRIPTION:fine"})));
     expectFields({{u"Text", u"fine"}, {u"Typ", u"1"}});
+}
+
+// An entry that breaks off keeps what was read before the bad line, the texts
+// of its start included.
+TEST_F(vCalParse, BrokenEntryKeepsWhatWasRead) {
+    EXPECT_THROW(parse(event({"DTSTART:20261122T103000Z", "DESCRIPTION:before", "CATEGORIES:MEMO"})), core::TsrError);
+    const QString startText = table->dateAsText(core::VbDate(core::DateSerial(2026, 11, 22).value + 10.5 / 24));
+    EXPECT_EQ(text(QStringLiteral("StartAsText")), startText);
+    EXPECT_EQ(text(QStringLiteral("PimRecPattString")), startText);
+    EXPECT_EQ(text(QStringLiteral("Description")), QStringLiteral("before"));
+    expectFlags({u"DTStartFlag"});
+    EXPECT_TRUE(text(QStringLiteral("Text")).isEmpty()); // the row was never completed
+}
+
+// Rows are written in place; while a Find index is kept on a field the reader
+// writes, the index still finds the rows by what was read.
+TEST_F(vCalParse, FindIndexSeesTheReadRows) {
+    EXPECT_FALSE(table->find(QStringLiteral("Text = 'second'"))); // builds the index, leaves EOF
+    table->moveFirst();
+    ASSERT_TRUE(parse(event({"DTSTART:20261122T100000Z", "DESCRIPTION:first"})));
+    tables::vCalCreateNewRecord(*table);
+    ASSERT_TRUE(parse(event({"DTSTART:20261123T100000Z", "DESCRIPTION:second"})));
+
+    table->moveFirst();
+    ASSERT_TRUE(table->find(QStringLiteral("Text = 'second'")));
+    EXPECT_EQ(table->absolutePosition(), 2);
+    table->moveFirst();
+    ASSERT_TRUE(table->find(QStringLiteral("Text = 'first'")));
+    EXPECT_EQ(table->absolutePosition(), 1);
 }
 
 // Text after the calendar's end that begins with an unknown key is dropped.
