@@ -6,10 +6,12 @@
 #include "core/Numbers.h"
 #include "core/SeriesStep.h"
 #include "formats/Allgemein.h"
-#include "formats/Globals.h"
 #include "formats/unicode.h"
 #include "formats/vCal.h"
 #include "formats/vCalFields.h"
+
+#include <optional>
+#include <string_view>
 
 namespace tsr::formats {
 
