@@ -5,6 +5,9 @@
 #include "log/LogInit.h"
 #include "tables/Layouts.h"
 
+#include <algorithm>
+#include <vector>
+
 namespace tsr::tables {
 
 using core::TsrError;
@@ -24,13 +27,28 @@ void appendLayout(Recordset& table, std::span<const FieldSpec> layout) {
     table.open();
 }
 
-void createNewRow(Recordset& table, std::span<const FieldSpec> layout) {
-    table.addNew();
-    for (int i = 0; i < int(layout.size()); ++i) {
-        Value v = layout[size_t(i)].initial();
-        if (!v.isEmpty())
-            table.setValue(i, v);
+// The values of a new row of a layout, in field order, made once per layout.
+struct NewRow {
+    std::vector<Value> values;
+    bool inFieldTypes = true; // each value is empty or of its field's type
+
+    explicit NewRow(std::span<const FieldSpec> layout) {
+        for (const FieldSpec& f : layout) {
+            values.push_back(f.initial());
+            inFieldTypes &= values.back().isEmpty() || values.back().type() == f.type;
+        }
     }
+};
+
+void createNewRow(Recordset& table, const NewRow& initial) {
+    table.addNew();
+    if (initial.inFieldTypes && table.writableInPlace() && table.fieldCount() == int(initial.values.size())) {
+        std::ranges::copy(initial.values, table.currentValues().begin());
+        return;
+    }
+    for (int i = 0; i < int(initial.values.size()); ++i)
+        if (!initial.values[size_t(i)].isEmpty())
+            table.setValue(i, initial.values[size_t(i)]);
 }
 
 // Saves the position, walks every row whose `criteria` field matches, calls
@@ -120,20 +138,26 @@ void ClearRecordSet(Recordset& table) {
 }
 
 void vCalCreateNewRecord(Recordset& table) {
-    createNewRow(table, calendarLayout());
+    static const NewRow calendarRow(calendarLayout());
+    createNewRow(table, calendarRow);
     vCalClearRecurrance(table);
     table.update();
 }
 
 void vCalClearRecurrance(Recordset& table) {
-    table.setValue(QStringLiteral("ISRecurring"), false);
-    for (const char16_t* f : {u"RecurrenceDuration", u"RecurrenceFrequenz", u"RecurrenceType", u"Serie",
-                              u"RecurrenceIntervall", u"ModKey", u"Weekdaymask", u"DayOfMonth"})
-        table.setValue(QString::fromUtf16(f), Value());
+    static const QString recurring = QStringLiteral("ISRecurring");
+    static const QString cleared[] = {QStringLiteral("RecurrenceDuration"),  QStringLiteral("RecurrenceFrequenz"),
+                                      QStringLiteral("RecurrenceType"),      QStringLiteral("Serie"),
+                                      QStringLiteral("RecurrenceIntervall"), QStringLiteral("ModKey"),
+                                      QStringLiteral("Weekdaymask"),         QStringLiteral("DayOfMonth")};
+    table.setValue(recurring, false);
+    for (const QString& f : cleared)
+        table.setValue(f, Value());
 }
 
 void vCardCreateNewRecord(Recordset& table) {
-    createNewRow(table, contactLayout());
+    static const NewRow contactRow(contactLayout());
+    createNewRow(table, contactRow);
     table.update();
 }
 
