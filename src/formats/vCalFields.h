@@ -66,40 +66,13 @@ using Columns = std::array<int, size_t(Col::Count)>;
 // The positions of the calendar fields in this table.
 Columns calendarColumns(const tables::Recordset& table);
 
-// A calendar row seen through its column positions.
+// The current row of a calendar table, seen through its column positions and
+// read and written in place. Reading an entry writes some forty fields: a value
+// already in the field's type goes straight into the row, any other through the
+// table's setValue. The table's cursor must stay on the row.
 class CalendarRow {
 public:
-    explicit CalendarRow(tables::Recordset& table) : m_table(table), m_cols(calendarColumns(table)) {}
-
-    core::Value value(Col c) const { return m_table.value(m_cols[size_t(c)]); }
-    void set(Col c, core::Value v) { m_table.setValue(m_cols[size_t(c)], std::move(v)); }
-    bool flag(Col c) const {
-        const core::Value v = value(c);
-        return !v.isEmpty() && v.toBool();
-    }
-    core::VbDate date(Col c) const {
-        const core::Value v = value(c);
-        return v.isEmpty() ? core::VbDate() : v.toDate();
-    }
-    int64_t number(Col c) const {
-        const core::Value v = value(c);
-        return v.isEmpty() ? 0 : v.toInt64();
-    }
-    QString text(Col c) const { return value(c).toText(); }
-    tables::Recordset& table() { return m_table; }
-
-private:
-    tables::Recordset& m_table;
-    Columns m_cols;
-};
-
-// The current row of a calendar table, read and written in place. Reading an
-// entry writes some forty fields, several of them more than once: a write of a
-// value already in the field's type goes straight into the row, any other
-// through the table's setValue. The table's cursor must stay on the row.
-class RowInPlace {
-public:
-    explicit RowInPlace(tables::Recordset& table)
+    explicit CalendarRow(tables::Recordset& table)
         : m_table(table), m_cols(calendarColumns(table)), m_values(table.currentValues()),
           m_inPlace(table.writableInPlace()) {}
 
@@ -123,6 +96,10 @@ public:
     core::VbDate date(Col c) const {
         const core::Value& v = value(c);
         return v.isEmpty() ? core::VbDate() : v.toDate();
+    }
+    int64_t number(Col c) const {
+        const core::Value& v = value(c);
+        return v.isEmpty() ? 0 : v.toInt64();
     }
     QString text(Col c) const { return value(c).toText(); }
 

@@ -124,7 +124,7 @@ QString letter(QStringView rule, qsizetype at) {
     return one.toString();
 }
 
-void parseRuleInto(core::Context& ctx, RowInPlace& row, QStringView rule) {
+void parseRuleInto(core::Context& ctx, CalendarRow& row, QStringView rule) {
     const QString first = letter(rule, 0);
     const QString modKey = letter(rule, 1);
     row.set(Col::RecurrenceFrequenz, first);
@@ -204,7 +204,7 @@ std::optional<Col> statusOfCategory(QStringView value) {
 
 // The steps after the last line, in their order: later steps read what earlier
 // ones wrote.
-void completeRow(core::Context& ctx, tables::Recordset& table, RowInPlace& row) {
+void completeRow(core::Context& ctx, tables::Recordset& table, CalendarRow& row) {
     row.set(Col::noPhonecall, true);
 
     QString typ;
@@ -264,7 +264,7 @@ void completeRow(core::Context& ctx, tables::Recordset& table, RowInPlace& row) 
 } // namespace
 
 void parseRule(core::Context& ctx, tables::Recordset& table, const QString& rule) {
-    RowInPlace row(table);
+    CalendarRow row(table);
     parseRuleInto(ctx, row, rule);
 }
 
@@ -272,7 +272,7 @@ bool ParsEntryFromMobile(core::Context& ctx, tables::Recordset& table, QString& 
     if (ctx.flags.GlobalCommandDebug)
         ctx.ui->msgBox(text, core::MsgButtons::OK, core::MsgIcon::Information, ctx.title());
 
-    RowInPlace row(table);
+    CalendarRow row(table);
     // The last DTSTART read. A finished row takes its texts from the start, so
     // the texts of this date are made only for an entry that breaks off.
     std::optional<VbDate> startRead;
