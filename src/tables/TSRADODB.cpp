@@ -6,6 +6,7 @@
 #include "tables/Layouts.h"
 
 #include <algorithm>
+#include <optional>
 #include <vector>
 
 namespace tsr::tables {
@@ -27,28 +28,39 @@ void appendLayout(Recordset& table, std::span<const FieldSpec> layout) {
     table.open();
 }
 
-// The values of a new row of a layout, in field order, made once per layout.
-struct NewRow {
-    std::vector<Value> values;
-    bool inFieldTypes = true; // each value is empty or of its field's type
-
-    explicit NewRow(std::span<const FieldSpec> layout) {
-        for (const FieldSpec& f : layout) {
-            values.push_back(f.initial());
-            inFieldTypes &= values.back().isEmpty() || values.back().type() == f.type;
-        }
-    }
-};
-
-void createNewRow(Recordset& table, const NewRow& initial) {
+void createNewRow(Recordset& table, std::span<const FieldSpec> layout) {
     table.addNew();
-    if (initial.inFieldTypes && table.writableInPlace() && table.fieldCount() == int(initial.values.size())) {
-        std::ranges::copy(initial.values, table.currentValues().begin());
-        return;
+    for (int i = 0; i < int(layout.size()); ++i) {
+        Value v = layout[size_t(i)].initial();
+        if (!v.isEmpty())
+            table.setValue(i, v);
     }
-    for (int i = 0; i < int(initial.values.size()); ++i)
-        if (!initial.values[size_t(i)].isEmpty())
-            table.setValue(i, initial.values[size_t(i)]);
+}
+
+// A new row is always the same: `make` is run once on a scratch table of the
+// layout and its row is kept, to be copied into every new row after. Nothing is
+// kept where a value would need the table's date forms to become its field's type.
+std::optional<std::vector<Value>> newRowValues(std::span<const FieldSpec> layout, void (*make)(Recordset&)) {
+    for (const FieldSpec& f : layout) {
+        const Value v = f.initial();
+        if (!v.isEmpty() && v.type() != f.type)
+            return std::nullopt;
+    }
+    Recordset scratch;
+    appendLayout(scratch, layout);
+    make(scratch);
+    scratch.moveFirst();
+    return scratch.getRows();
+}
+
+// Appends a row holding `values`, copied in one go; false, and no row, where the
+// table's layout differs or a Find index must see the values come in one by one.
+bool appendCopy(Recordset& table, const std::optional<std::vector<Value>>& values) {
+    if (!values || !table.writableInPlace() || table.fieldCount() != int(values->size()))
+        return false;
+    table.addNew();
+    std::ranges::copy(*values, table.currentValues().begin());
+    return true;
 }
 
 // Saves the position, walks every row whose `criteria` field matches, calls
@@ -138,9 +150,13 @@ void ClearRecordSet(Recordset& table) {
 }
 
 void vCalCreateNewRecord(Recordset& table) {
-    static const NewRow calendarRow(calendarLayout());
-    createNewRow(table, calendarRow);
-    vCalClearRecurrance(table);
+    auto make = [](Recordset& t) {
+        createNewRow(t, calendarLayout());
+        vCalClearRecurrance(t);
+    };
+    static const std::optional<std::vector<Value>> made = newRowValues(calendarLayout(), make);
+    if (!appendCopy(table, made))
+        make(table);
     table.update();
 }
 
@@ -156,8 +172,10 @@ void vCalClearRecurrance(Recordset& table) {
 }
 
 void vCardCreateNewRecord(Recordset& table) {
-    static const NewRow contactRow(contactLayout());
-    createNewRow(table, contactRow);
+    auto make = [](Recordset& t) { createNewRow(t, contactLayout()); };
+    static const std::optional<std::vector<Value>> made = newRowValues(contactLayout(), make);
+    if (!appendCopy(table, made))
+        make(table);
     table.update();
 }
 
