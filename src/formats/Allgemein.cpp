@@ -16,25 +16,40 @@ int textCompare(const QString& a, const QString& b) {
 
 } // namespace
 
-QStringList SplitESCStrings(const QString& text) {
-    if (text.isEmpty())
-        return {};
-    const QStringList pieces = text.split(u';');
-    if (!text.contains(QLatin1String("\\;")))
-        return pieces;
-    QStringList out;
-    QString current = pieces[0];
-    for (qsizetype i = 1; i < pieces.size(); ++i) {
-        if (current.endsWith(u'\\')) {
-            current.chop(1);
-            current += u';' + pieces[i];
-        } else {
-            out.append(current);
-            current = pieces[i];
+namespace {
+
+// The piece from `from` up to the next ";" that has no "\" before it, each
+// "\;" on the way read as ";". `from` moves behind that ";", or past the end.
+QString nextPiece(QStringView text, qsizetype& from) {
+    QString piece;
+    for (;;) {
+        const qsizetype semicolon = text.indexOf(u';', from);
+        piece += text.mid(from, semicolon < 0 ? -1 : semicolon - from);
+        if (semicolon < 0) {
+            from = text.size() + 1;
+            return piece;
         }
+        from = semicolon + 1;
+        if (!piece.endsWith(u'\\'))
+            return piece;
+        piece.back() = u';';
     }
-    out.append(current);
+}
+
+} // namespace
+
+QStringList SplitESCStrings(const QString& text) {
+    QStringList out;
+    for (qsizetype from = 0; !text.isEmpty() && from <= text.size();)
+        out.append(nextPiece(text, from));
     return out;
+}
+
+QString FirstESCPiece(const QString& text) {
+    if (!text.contains(u';'))
+        return text;
+    qsizetype from = 0;
+    return nextPiece(text, from);
 }
 
 void CheckSemicolonInToken(QString& text) {
@@ -44,6 +59,9 @@ void CheckSemicolonInToken(QString& text) {
 }
 
 QString RemoveCTRLCharactersFromString(const QString& text) {
+    if (text.isEmpty() ||
+        (!text.contains(u'\r') && !text.contains(u'\t') && text.front() != u' ' && text.back() != u' '))
+        return text; // nothing to remove
     QString out = text;
     out.replace(QLatin1String("\r\n"), QLatin1String(" "));
     out.replace(u'\t', u' ');

@@ -13,6 +13,8 @@ namespace tsr::formats {
 // Splits at every ";" not preceded by a backslash; the escaping backslash goes.
 // An empty text gives an empty list.
 QStringList SplitESCStrings(const QString& text);
+// The first of those pieces, without splitting the rest; "" for an empty text.
+QString FirstESCPiece(const QString& text);
 
 // Every ";" becomes "\;".
 void CheckSemicolonInToken(QString& text);

@@ -75,35 +75,6 @@ VbDate stampToDate(QStringView value) {
     core::raise(core::err::TypeMismatch, kSource);
 }
 
-// The first piece of SplitESCStrings: the text up to the first ";" that has
-// no "\" before it, each "\;" on the way read as ";".
-QString firstPiece(QString value) {
-    qsizetype semicolon = value.indexOf(u';');
-    if (semicolon < 0)
-        return value;
-    QString piece;
-    qsizetype from = 0;
-    while (semicolon >= 0) {
-        piece += QStringView(value).mid(from, semicolon - from);
-        if (!piece.endsWith(u'\\'))
-            return piece;
-        piece.back() = u';';
-        from = semicolon + 1;
-        semicolon = value.indexOf(u';', from);
-    }
-    piece += QStringView(value).mid(from);
-    return piece;
-}
-
-// RemoveCTRLCharactersFromString, without the copies for a text that has
-// nothing to remove.
-QString withoutControls(QString text) {
-    if (text.isEmpty() ||
-        (!text.contains(u'\r') && !text.contains(u'\t') && text.front() != u' ' && text.back() != u' '))
-        return text;
-    return RemoveCTRLCharactersFromString(text);
-}
-
 // A number of the rule; one that does not fit the field is the overflow error.
 int64_t numberAt(QStringView text, qsizetype from, qsizetype length = -1) {
     const double v = core::Val(text.mid(from, length));
@@ -366,9 +337,9 @@ bool ParsEntryFromMobile(core::Context& ctx, tables::Recordset& table, QString& 
                 row.set(Col::DAlarm, stampToDate(value));
                 row.set(Col::DAlarmFlag, true);
             } else if (same(key, u"DESCRIPTION"sv)) {
-                row.set(Col::Description, withoutControls(firstPiece(valueText())));
+                row.set(Col::Description, RemoveCTRLCharactersFromString(FirstESCPiece(valueText())));
             } else if (same(key, u"SUMMARY"sv)) {
-                row.set(Col::Summary, firstPiece(valueText()));
+                row.set(Col::Summary, FirstESCPiece(valueText()));
             } else if (same(key, u"RRULE"sv)) {
                 parseRuleInto(ctx, row, value);
             } else if (same(key, u"VERSION"sv)) {

@@ -17,6 +17,11 @@ TEST(SplitESCStrings, SplitsOnlyAtUnescapedSemicolons) {
     EXPECT_EQ(SplitESCStrings(QStringLiteral("a\\b;c")), (QStringList{QStringLiteral("a\\b"), QStringLiteral("c")}));
     EXPECT_TRUE(SplitESCStrings(QString()).isEmpty());
     EXPECT_EQ(SplitESCStrings(QStringLiteral("abc")).size(), 1);
+    // The first piece alone is the first of the split.
+    for (const char* text : {"a\\;b;c", "a\\;b\\;c;d\\;", ";;Main St", "a\\b;c", "abc", "", "x\\\\;;y", "\\;"}) {
+        const QString t = QString::fromUtf8(text);
+        EXPECT_EQ(FirstESCPiece(t), SplitESCStrings(t).value(0)) << text;
+    }
 }
 
 // Escaping then splitting gives back the pieces, whatever their count.
