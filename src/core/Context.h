@@ -6,6 +6,7 @@
 #include "core/Clock.h"
 #include "core/FormatState.h"
 #include "core/LogState.h"
+#include "core/OptionsModel.h"
 #include "core/PhoneState.h"
 #include "core/PimState.h"
 #include "core/ReadState.h"
@@ -14,6 +15,7 @@
 #include "core/Settings.h"
 #include "core/StartFlags.h"
 #include "core/StatusAnzeige.h"
+#include "core/StatusBar.h"
 #include "core/ToolsModel.h"
 #include "core/UserInterface.h"
 #include "tables/TableSet.h"
@@ -39,6 +41,8 @@ struct Context {
     PimState pim;
     FormatState entryFormats;
     ToolsModel tools;
+    StatusBarModel statusBar;
+    OptionsModel optionBoxes;
     ResStrings strings;
     StatusAnzeige status{*this};
 

@@ -19,6 +19,7 @@ struct PhoneState {
     int16_t MobileCapacity = 0;
     int16_t MaxEntries = 0;
     int16_t MobileCalCount = 0; // the counter the status read resets
+    int16_t MobileCardCapacity = 0;
 
     QString TelecomPath = QStringLiteral("\\telecom\\");
     QString DevInfoFile = QStringLiteral("devinfo.txt");
@@ -27,6 +28,8 @@ struct PhoneState {
     QString PbPath = QStringLiteral("\\telecom\\pb\\");
     QString PbInfoFile = QStringLiteral("info.log");
     QString FileNameLog = QStringLiteral("FileName.log");
+    QString CalFile;  // the file name of the last calendar entry written
+    QString CardFile; // the file name of the last contact written
 };
 
 } // namespace tsr::core

@@ -27,6 +27,9 @@ struct PimState {
     std::shared_ptr<pim::Folder> GlobalContactFolder;
     QList<ContactFolderRecord> GlobalContactFolderArray;
     int16_t GlobalContactFolderCount = 0;
+    // Temporary numbers of rows whose PIM write waits for a transfer run.
+    int16_t TempCalID = 51;
+    int16_t TempCardID = 0;
 };
 
 } // namespace tsr::core

@@ -69,6 +69,12 @@ public:
     // The main window unloads itself, which ends a dialog-mode run.
     virtual void unloadMainForm() {}
 
+    // The log summary window, modal over the main window.
+    virtual void showLogSummary() {}
+
+    // The hourglass while a long step runs, the normal pointer after it.
+    virtual void busyCursor(bool on) { (void)on; }
+
     // The status line shows the phone's state and the entry counts anew.
     virtual void SetStatusBarMobile() {}
     // The compare dialog for a contact changed on both sides since the last run,

@@ -21,4 +21,18 @@ bool vcalSaveKontrolle(core::Context& ctx, tables::Recordset& store, const QStri
     });
 }
 
+bool vcardSaveKontrolle(core::Context& ctx, tables::Recordset& store, const QString& key, bool isMobileID) {
+    return core::guarded(ctx, QStringLiteral("Mobile"), QStringLiteral("vcardSaveKontrolle"), true, [&] {
+        if (store.recordCount() == 0)
+            return true;
+        store.moveFirst();
+        const QString field = isMobileID ? QStringLiteral("MobileID") : QStringLiteral("EntryID");
+        if (!store.find(field + QStringLiteral(" = '") + key + u'\''))
+            return true;
+        if (store.value(QStringLiteral("TransferMode")).toInt32() == 1)
+            store.deleteCurrent();
+        return true;
+    });
+}
+
 } // namespace tsr::phone

@@ -14,4 +14,7 @@ namespace tsr::phone {
 // start; a noted write that a delete has now overtaken is taken out. True.
 bool vcalSaveKontrolle(core::Context& ctx, tables::Recordset& store, const QString& key, bool isUID);
 
+// The same for contacts, by MobileID when isMobileID, else by EntryID.
+bool vcardSaveKontrolle(core::Context& ctx, tables::Recordset& store, const QString& key, bool isMobileID);
+
 } // namespace tsr::phone
