@@ -35,9 +35,12 @@ void initScratch(core::Context& ctx, Recordset& scratch) {
     tables::applyDateTextForm(ctx, scratch);
 }
 
-// The fields that only the PIM side of a row holds.
-bool isPimField(const QString& name) {
-    return name.startsWith(QLatin1String("PIM"), Qt::CaseInsensitive) && name.compare(u"PIM", Qt::CaseInsensitive) != 0;
+// The text fields that only the PIM side of a row holds: the PIM's copies of a
+// contact's values, a calendar entry's PIM subject.
+bool isPimField(const QString& name, bool calendar) {
+    if (calendar)
+        return name.compare(u"PIMText", Qt::CaseInsensitive) == 0;
+    return name.size() > 3 && name.startsWith(QLatin1String("PIM"), Qt::CaseInsensitive);
 }
 
 // A restriction term [Property] ="value".
@@ -245,10 +248,10 @@ void ClearOutlookFromGrid(core::Context& ctx, Recordset& table) {
     core::guarded(ctx, kModul, QStringLiteral("ClearOutlookFromGrid"), [&] {
         if (table.recordCount() == 0)
             return;
+        table.moveFirst();
         const bool calendar = text(table, u"Recordset") != u"RSContacts";
         const core::VbDate from = ctx.flags.GlobalStartDate;
         const core::VbDate to = ctx.flags.GlobalEndDate;
-        table.moveFirst();
         while (!table.eof()) {
             const int32_t type = table.value(QStringLiteral("EntryType")).toInt32();
             if (calendar) {
@@ -267,7 +270,7 @@ void ClearOutlookFromGrid(core::Context& ctx, Recordset& table) {
                 table.setValue(QStringLiteral("PIM"), false);
                 for (int i = 0; i < table.fieldCount(); ++i) {
                     const QString& name = table.fieldName(i);
-                    if (isPimField(name) && table.fieldType(i) == core::FieldType::Text)
+                    if (isPimField(name, calendar) && table.fieldType(i) == core::FieldType::Text)
                         table.setValue(i, QString());
                 }
                 table.setValue(QStringLiteral("UID"), QString());
