@@ -81,6 +81,10 @@ bool ATCInfo(core::Context& ctx) {
         ctx.phone.FirstIndex = first;
         ctx.phone.LastIndex = last;
         ctx.phone.MobileCalCount = 0;
+        // The numbers new entries get on the phone, and the room AutoSync may fill.
+        ctx.read.FirstMobileEntryID = first;
+        ctx.read.LastMobileEntryID = last;
+        ctx.read.FreeCalendarSlots = core::toInt16(qint64(capacity) - ctx.settings.freeMobileEntries);
         return true;
     });
 }
@@ -106,8 +110,15 @@ bool ATCWriteAppointment(core::Context& ctx, const QByteArray& text, const QStri
             deleteFirst = currentRowOnMobile(ctx);
         else
             deleteFirst = file.toUpper() != QLatin1String("NEW.VCF");
-        if (deleteFirst)
-            server.DeleteEntry(index);
+        if (deleteFirst) {
+            try {
+                server.DeleteEntry(index);
+            } catch (const core::TsrError& e) {
+                // A record that is already empty needs no delete before it is written.
+                if (e.number() != atc::PhoneErrorBase + 22)
+                    throw;
+            }
+        }
         server.WriteEntry(index, text);
         return true;
     });

@@ -4,8 +4,7 @@
 // HOME with their own configuration pointing at the test store.
 #include "PimTestSupport.h"
 
-#include <QProcess>
-#include <QStandardPaths>
+#include "support/UserTools.h"
 
 namespace tsr::test {
 namespace {
@@ -14,63 +13,17 @@ class Interop : public PimStoreTest {
 protected:
     void SetUp() override {
         PimStoreTest::SetUp();
-        ASSERT_TRUE(m_home.isValid());
-        const QString config = m_home.path() + QStringLiteral("/.config");
-        QDir().mkpath(config + QStringLiteral("/khal"));
-        QDir().mkpath(config + QStringLiteral("/khard"));
-        QFile khal(config + QStringLiteral("/khal/config"));
-        ASSERT_TRUE(khal.open(QIODevice::WriteOnly));
-        khal.write(QStringLiteral("[calendars]\n[[tsr]]\npath = %1/calendar\ntype = calendar\n"
-                                  "[locale]\ntimeformat = %H:%M\ndateformat = %Y-%m-%d\nlongdateformat = %Y-%m-%d\n"
-                                  "datetimeformat = %Y-%m-%d %H:%M\nlongdatetimeformat = %Y-%m-%d %H:%M\n"
-                                  "local_timezone = Europe/Berlin\ndefault_timezone = Europe/Berlin\n"
-                                  "[default]\ndefault_calendar = tsr\n")
-                       .arg(root())
-                       .toUtf8());
-        khal.close();
-        QFile khard(config + QStringLiteral("/khard/khard.conf"));
-        ASSERT_TRUE(khard.open(QIODevice::WriteOnly));
-        khard.write(QStringLiteral("[addressbooks]\n[[tsr]]\npath = %1/contacts\n[general]\ndebug = no\n"
-                                   "default_action = list\neditor = /bin/true\nmerge_editor = /bin/true\n"
-                                   "[contact table]\ndisplay = first_name\ngroup_by_addressbook = no\nreverse = no\n"
-                                   "show_nicknames = no\nshow_uids = no\nsort = last_name\nlocalize_dates = no\n"
-                                   "[vcard]\npreferred_version = 3.0\nsearch_in_source_files = no\n"
-                                   "skip_unparsable = no\n")
-                        .arg(root())
-                        .toUtf8());
+        m_tools = std::make_unique<UserTools>(root());
     }
 
-    // Runs the tool and gives its standard output; an empty optional when it is not installed.
     QString run(const QString& program, const QStringList& args, const QByteArray& input = {}) {
-        QProcess p;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("HOME"), m_home.path());
-        env.insert(QStringLiteral("XDG_CONFIG_HOME"), m_home.path() + QStringLiteral("/.config"));
-        env.insert(QStringLiteral("XDG_DATA_HOME"), m_home.path() + QStringLiteral("/.local/share"));
-        env.insert(QStringLiteral("TZ"), QStringLiteral("Europe/Berlin"));
-        env.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-        p.setProcessEnvironment(env);
-        p.start(program, args);
-        if (!input.isEmpty())
-            p.write(input);
-        p.closeWriteChannel();
-        EXPECT_TRUE(p.waitForFinished(60000)) << program.toStdString();
-        const QString err = QString::fromUtf8(p.readAllStandardError());
-        EXPECT_EQ(p.exitCode(), 0) << program.toStdString() << ": " << err.toStdString();
-        return QString::fromUtf8(p.readAllStandardOutput());
+        return m_tools->run(program, args, input);
     }
-
-    static bool installed(const QString& program) { return !QStandardPaths::findExecutable(program).isEmpty(); }
-
-    QStringList lines(const QString& text) {
-        QStringList out;
-        for (const QString& l : text.split(u'\n', Qt::SkipEmptyParts))
-            out << l.simplified();
-        return out;
-    }
+    static bool installed(const QString& program) { return UserTools::installed(program); }
+    static QStringList lines(const QString& text) { return UserTools::lines(text); }
 
 private:
-    QTemporaryDir m_home;
+    std::unique_ptr<UserTools> m_tools;
 };
 
 // khal lists the single event, the all-day event and the weekly series on their days.
