@@ -25,7 +25,7 @@ ATCServer& guard(core::Context& ctx) {
 // The calendar table's current row is an entry the phone already holds.
 bool currentRowOnMobile(core::Context& ctx) {
     const tables::Recordset* rs = ctx.tables.RSCalendar.get();
-    return rs && rs->recordCount() > 0 && rs->value(QStringLiteral("Mobile")).toBool();
+    return rs && rs->recordCount() > 0 && !rs->eof() && !rs->bof() && rs->value(QStringLiteral("Mobile")).toBool();
 }
 
 // The phone holds one entry less; the flag that it holds rows follows the count.

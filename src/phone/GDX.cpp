@@ -197,7 +197,8 @@ bool GDXWriteStream(core::Context& ctx, GDXServerSlot& server, const QByteArray&
         bool deleteFirst = false;
         if (file.contains(QLatin1String("vcs"))) {
             const tables::Recordset* rs = ctx.tables.RSCalendar.get();
-            deleteFirst = rs && rs->recordCount() > 0 && rs->value(QStringLiteral("Mobile")).toBool();
+            deleteFirst =
+                rs && rs->recordCount() > 0 && !rs->eof() && !rs->bof() && rs->value(QStringLiteral("Mobile")).toBool();
         } else {
             deleteFirst = file.toUpper() != QLatin1String("NEW.VCF");
         }

@@ -75,6 +75,14 @@ QByteArray EmulatedPhone::record(int index) const {
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
+QMap<int, QByteArray> EmulatedPhone::records() const {
+    QMap<int, QByteArray> out;
+    const QDir cal(m_dir.filePath(QStringLiteral("store/cal")));
+    for (const QString& name : cal.entryList({QStringLiteral("*.vcs")}, QDir::Files))
+        out.insert(name.section(u'.', 0, 0).toInt(), record(name.section(u'.', 0, 0).toInt()));
+    return out;
+}
+
 QStringList EmulatedPhone::journal() const {
     QFile f(m_dir.filePath(QStringLiteral("journal")));
     if (!f.open(QIODevice::ReadOnly))

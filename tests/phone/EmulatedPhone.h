@@ -7,6 +7,7 @@
 #include "core/Error.h"
 
 #include <QByteArray>
+#include <QMap>
 #include <QProcess>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -48,6 +49,8 @@ public:
     void seed(int index, const QByteArray& record);
     bool hasRecord(int index) const;
     QByteArray record(int index) const;
+    // Every record the phone holds, by index.
+    QMap<int, QByteArray> records() const;
     // The command lines the emulator received, in order.
     QStringList journal() const;
     void clearJournal();
