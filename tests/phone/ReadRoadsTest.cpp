@@ -3,6 +3,7 @@
 // appointments read into one table, pairing by contents in either order, a read
 // cancelled half-way, and records the parser refuses.
 #include "phone/Mobile.h"
+#include "phone/MobileWrite.h"
 #include "phone/RoadsFixture.h"
 #include "pim/DOROutlookCalendar.h"
 
@@ -117,4 +118,65 @@ TEST_F(ReadRoads, ARefusedRecordEndsTheReadWithANamedError) {
         << ctx.tables.LogErrors->value(QStringLiteral("ErrorDesc")).toText().toStdString();
     EXPECT_EQ(allIcs(), storeBefore);
     EXPECT_EQ(p.record(3).left(15), QByteArray("BEGIN:VCALENDAR"));
+}
+
+// The silent calendar road goes through the file-transfer driver: with a phone
+// that answers, its status test stands the other way round and ends the read.
+TEST_F(ReadRoads, SilentReadOfAWorkingPhoneEndsAtTheStatusTest) {
+    seedBothSides();
+    ctx.flags.GlobalSilent = true;
+    EXPECT_FALSE(phone::SilentvCalReadMobile(ctx));
+    EXPECT_EQ(rowsByType()[2], 0);
+    // With the status known, the empty file-transfer slot lists nothing: no read either.
+    ctx.read.MobileConnected = true;
+    EXPECT_FALSE(phone::SilentvCalReadMobile(ctx));
+    EXPECT_FALSE(ctx.read.MobileConnected);
+    EXPECT_FALSE(phone::SilentvCardReadMobile(ctx));
+    EXPECT_TRUE(ui.boxes.isEmpty());
+}
+
+// An entry whose subject holds every byte from 1 to 255 is read; written back
+// and read again, it gives the same row: nothing is lost on the second trip.
+TEST_F(ReadRoads, EveryByteOfASubjectReadsAndWritesBackStable) {
+    QByteArray subject;
+    for (int b = 1; b < 256; ++b) {
+        if (b == '\r' || b == '\n')
+            continue;
+        if (b == ';' || b == '\\')
+            subject += '\\';
+        subject += char(b);
+    }
+    test::EmulatedPhone& p = phoneWith();
+    p.seed(1, vcs("20260310T103000Z", "20260310T114500Z", "MISCELLANEOUS", subject));
+    ASSERT_TRUE(phone::vCalReadMobile(ctx));
+    ASSERT_EQ(cal().recordCount(), 1);
+    cal().moveFirst();
+    const QString once = field("Text");
+    // The printable characters all arrive, the umlauts and the euro sign among them.
+    for (QChar c : {QChar(u'A'), QChar(u';'), QChar(u'\u00e4'), QChar(u'\u20ac'), QChar(u'\u00ff')})
+        EXPECT_TRUE(once.contains(c)) << once.toStdString();
+    ASSERT_TRUE(phone::SendSingleEntry(ctx, cal()));
+    const QByteArray written = p.record(1);
+    ASSERT_TRUE(phone::vCalReadMobile(ctx));
+    cal().moveFirst();
+    EXPECT_EQ(field("Text"), once);
+    ASSERT_TRUE(phone::SendSingleEntry(ctx, cal()));
+    EXPECT_EQ(p.record(1), written);
+}
+
+// A damaged file in the store is named in the error log; every other appointment is read.
+TEST_F(ReadRoads, ADamagedStoreFileIsNamedAndPassedOver) {
+    appointment(when(2026, 3, 10, 10, 30), when(2026, 3, 10, 11, 45), QStringLiteral("Dentist"));
+    QFile damaged(ctx.options.pim + QStringLiteral("/calendar/broken.ics"));
+    ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
+    damaged.write("BEGIN:VCALENDAR\r\nBEGIN:VEVENT\r\nSUMMARY:cut off");
+    damaged.close();
+    ASSERT_TRUE(pim::vCalReadOutlook(ctx, cal(), false));
+    EXPECT_EQ(rowsByType(), (std::map<int, int>{{1, 1}}));
+    QStringList errors;
+    for (int i = 1; i <= ctx.tables.LogErrors->recordCount(); ++i) {
+        ctx.tables.LogErrors->setAbsolutePosition(i);
+        errors << ctx.tables.LogErrors->value(QStringLiteral("ErrorDesc")).toText();
+    }
+    EXPECT_TRUE(errors.join(u'\n').contains(u"broken.ics")) << errors.join(u'\n').toStdString();
 }
