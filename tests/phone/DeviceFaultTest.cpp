@@ -6,6 +6,7 @@
 #include "phone/ATCServer.h"
 #include "phone/ComDrvCode.h"
 #include "phone/LinkFixture.h"
+#include "tables/TSRADODB.h"
 
 #include <QElapsedTimer>
 #include <unistd.h>
@@ -18,7 +19,7 @@ namespace {
 struct FaultCase {
     const char* name;
     const char* options;
-    bool viaDelete; // the fault is met by the delete before a write, else by a read of record 7
+    bool viaDelete; // the fault is met by deleting the empty record 6, else by a read of record 7
     uint32_t number;
     const char* text;
 };
@@ -42,8 +43,12 @@ TEST_P(DeviceFault, MapsToNumberAndTextAndLeavesThePortUsable) {
 
     QElapsedTimer clock;
     clock.start();
-    const bool ok = c.viaDelete ? phone::ATCWriteAppointment(ctx, "x", QStringLiteral("6.vcf"))
-                                : phone::ATCGetSingleMobileEntry(ctx, text, 7);
+    tables::Recordset row;
+    tables::InitCalendarRS(row);
+    tables::vCalCreateNewRecord(row);
+    row.setValue(QStringLiteral("SubType"), int32_t(6));
+    const bool ok =
+        c.viaDelete ? phone::ATCRemoveEntryFromMobile(ctx, row) : phone::ATCGetSingleMobileEntry(ctx, text, 7);
     EXPECT_FALSE(ok);
     EXPECT_LT(clock.elapsed(), kTimeOut + 1500) << "a fault never waits much beyond GlobalTimeOut";
     ASSERT_EQ(ui.boxes.size(), 1) << boxTexts().toStdString();
