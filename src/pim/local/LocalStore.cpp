@@ -197,8 +197,28 @@ QStringList LocalStore::allFolders() const {
     return out;
 }
 
+namespace {
+// A read pass asks for a folder once per entry it pairs: within this time, and
+// while the folder's own time stands, its files are not looked at one by one again.
+constexpr qint64 kSweepMs = 2000;
+} // namespace
+
+void LocalStore::noteOwnChange(const QString& rel) {
+    auto it = m_sweeps.find(rel);
+    if (it != m_sweeps.end())
+        it->folderTime = QFileInfo(absPath(rel)).lastModified();
+}
+
 LocalStore::DirCache& LocalStore::refresh(const QString& rel) {
     DirCache& cache = m_dirs[rel];
+    const QDateTime folderTime = QFileInfo(absPath(rel)).lastModified();
+    auto sweep = m_sweeps.find(rel);
+    if (sweep != m_sweeps.end() && sweep->folderTime == folderTime && sweep->age.isValid() &&
+        sweep->age.elapsed() < kSweepMs)
+        return cache;
+    Sweep& next = m_sweeps[rel];
+    next.folderTime = folderTime;
+    next.age.start();
     const bool calendar = isCalendarFolder(rel);
     const QFileInfoList files =
         QDir(absPath(rel))
@@ -246,6 +266,7 @@ LocalStore::Entry& LocalStore::writeFile(const QString& rel, const QString& file
     entry.mtime = info.lastModified();
     entry.size = info.size();
     entry.failed = false;
+    noteOwnChange(rel);
     return entry;
 }
 
@@ -255,6 +276,7 @@ void LocalStore::removeFile(const QString& rel, const QString& fileName) {
         core::raise(err::DiskError, QStringLiteral("LocalStore"),
                     QStringLiteral("The file \"%1\" cannot be removed.").arg(path));
     m_dirs[rel].remove(fileName);
+    noteOwnChange(rel);
 }
 
 QString LocalStore::newFileName(const QString& rel, const QString& uid, const QString& ext) const {

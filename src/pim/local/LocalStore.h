@@ -12,6 +12,7 @@
 #include "pim/local/VCardFile.h"
 
 #include <QDateTime>
+#include <QElapsedTimer>
 #include <QHash>
 #include <QMap>
 #include <QStringList>
@@ -67,6 +68,15 @@ private:
     QHash<QString, DirCache> m_dirs;
     QHash<QString, ZoneCache> m_zones;
     QStringList m_problems;
+
+    // When a folder's files were last looked at one by one, and its own time then.
+    struct Sweep {
+        QDateTime folderTime;
+        QElapsedTimer age;
+    };
+    QHash<QString, Sweep> m_sweeps;
+    // After a write or a remove of our own: the folder's new time is ours, not a stranger's.
+    void noteOwnChange(const QString& rel);
 };
 
 // An item object over the store's data for the folder `rel`.
