@@ -27,6 +27,10 @@ struct ReadState {
 
     // True while an AutoSync run compares: contact matching then fills gaps.
     bool SyncRunning = false;
+    // The phone's rows of this run were removed already: SyncRemove runs once a run.
+    bool MobileCleared = false;
+    // A row loop of the run is to end after the present row.
+    bool SyncStop = false;
 
     // The contacts of MobFile.txt as last read, one text list a line.
     QList<QStringList> MobFileLines;
