@@ -3,8 +3,9 @@
 // (answering --help and --version before any window system is touched), makes
 // the context and the windows and hands over to the start-up sequence.
 #include "core/Context.h"
-#include "core/SilentUserInterface.h"
+#include "core/HeadlessUserInterface.h"
 #include "spine/CommandLine.h"
+#include "spine/HeadlessRun.h"
 #include "ui/MainWindow.h"
 #include "ui/QtUserInterface.h"
 
@@ -35,11 +36,14 @@ int main(int argc, char** argv) {
         // No window system is touched: the run is for cron, timers and terminals.
         QCoreApplication app(argc, argv);
         QCoreApplication::setApplicationName(QStringLiteral("Tessarine"));
-        tsr::core::SilentUserInterface ui;
+        QTextStream out(stdout);
+        QTextStream err(stderr);
+        tsr::core::HeadlessUserInterface ui(err);
         tsr::core::Context ctx(ui);
         ctx.options = options;
-        QTextStream(stdout) << ctx.title() << ' ' << TESSARINE_VERSION << '\n';
-        return 0;
+        ctx.flags.GlobalSilent = true;
+        out << ctx.title() << ' ' << TESSARINE_VERSION << Qt::endl;
+        return tsr::spine::runHeadless(ctx, split.classic, out, err);
     }
 
     QApplication app(argc, argv);

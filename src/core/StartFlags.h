@@ -51,6 +51,7 @@ struct PlatformOptions {
     QString pim;    // --pim=DIR: the local PIM store
     QString port;   // --port=DEVICE: the phone's serial device
     bool headless = false;
+    bool verbose = false; // --verbose: a headless run prints the log's rows too
 };
 
 } // namespace tsr::core

@@ -71,6 +71,11 @@ public:
 
     // The log summary window, modal over the main window.
     virtual void showLogSummary() {}
+    // The other windows the commands open: modal dialogs, the help, the date frame.
+    enum class Form { Options, About, Find, Sort, DateFrame, Help, NewEntry, OpenEntry, DeleteEntry, SwitchView };
+    virtual void showForm(Form form) { (void)form; }
+    // The main window comes to the screen at the end of the deferred start.
+    virtual void showMainWindow() {}
 
     // The hourglass while a long step runs, the normal pointer after it.
     virtual void busyCursor(bool on) { (void)on; }

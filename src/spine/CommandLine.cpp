@@ -55,6 +55,8 @@ SplitCommandLine takePlatformOptions(core::PlatformOptions& options, const QStri
             options.port = value;
         else if (arg == u"--headless")
             options.headless = true;
+        else if (arg == u"--verbose")
+            options.verbose = true;
         else if (arg == u"--help")
             out.help = true;
         else if (arg == u"--version")
@@ -75,7 +77,10 @@ QString usageText() {
                           "  --config=DIR     the folder of machine.ini and user.ini\n"
                           "  --pim=DIR        the local PIM store\n"
                           "  --port=DEVICE    the phone's serial device\n"
-                          "  --headless       a silent run without any window; prints the log summary\n"
+                          "  --headless       a silent run without any window; prints the log summary;\n"
+                          "                   questions get the answer that loses no data, shown on stderr;\n"
+                          "                   exit status 0 without error rows, 1 with, 2 for a usage error\n"
+                          "  --verbose        with --headless, print the rows of the three log tables too\n"
                           "  --help           this text\n"
                           "  --version        the program's version\n"
                           "\n"
