@@ -64,11 +64,33 @@ TEST_F(Verwaltung, MobileEntriesPruefungShrinksTheBuffer) {
     ctx.read.vCalMobileCount = 90;
     MobileEntriesPruefung(ctx);
     ASSERT_EQ(ui.boxes.size(), 1);
-    EXPECT_TRUE(ui.boxes.first().text.contains(QStringLiteral(" 10")));
+    // The new buffer stands between the texts, not behind them.
+    EXPECT_EQ(ui.boxes.first().text,
+              ctx.strings.text(694) + QStringLiteral(" 10 ") + ctx.strings.text(512) + u' ' + ctx.strings.text(703));
     EXPECT_EQ(ui.boxes.first().icon, core::MsgIcon::Exclamation);
     EXPECT_EQ(ctx.settings.freeMobileEntries, 10);
     EXPECT_EQ(ctx.read.FreeCalendarSlots, 90);
     EXPECT_EQ(ui.statusBarCount, 1);
+}
+
+// The status line the calendar's clear leaves shows the PIM rows as counted after the clear.
+TEST_F(Verwaltung, ClearAfterMobileErrorShowsTheNewCount) {
+    struct CountingUi : test::ScriptedUi {
+        explicit CountingUi(const core::ReadState& read) : m_read(read) {}
+        void SetStatusBarMobile() override { shown << m_read.vCalPIMCount; }
+        QList<int32_t> shown;
+        const core::ReadState& m_read;
+    } counting(ctx.read);
+    ctx.ui = &counting;
+    addCalendarRow(cal(), {{u"EntryType", int32_t(1)}, {u"PIM", true}});
+    addCalendarRow(cal(), {{u"EntryType", int32_t(3)}, {u"PIM", true}, {u"Mobile", true}});
+    addCalendarRow(cal(), {{u"EntryType", int32_t(2)}, {u"Mobile", true}});
+    ctx.read.vCalPIMCount = 9;
+    vCalClearAfterMobileError(ctx);
+    ctx.ui = &ui;
+    ASSERT_FALSE(counting.shown.isEmpty());
+    EXPECT_EQ(counting.shown.last(), 2);
+    EXPECT_EQ(counting.refreshed, QList<int>{0});
 }
 
 // The phone's side leaves the table: paired rows stay as PIM rows unless the
