@@ -181,11 +181,25 @@ QString LoadResString(const LanguageTable& module, int number) {
 }
 
 void set_str_variable_Res(core::Context& ctx, const LanguageTable& module) {
-    QList<int> numbers = core::ResStrings::english().keys();
+    const QHash<int, QString>& english = core::ResStrings::english();
+    QList<int> numbers = english.keys();
     std::sort(numbers.begin(), numbers.end());
     core::guarded(ctx, QStringLiteral("SprachenStrings"), QStringLiteral("set_str_variable_Res"), [&] {
-        for (int number : numbers)
-            ctx.strings.set(number, LoadResString(module, number));
+        // A number the table lacks takes its English text and the loading goes on,
+        // so one gap does not leave every later text in English or in the language
+        // shown before; the first gap is reported once the table is loaded.
+        std::optional<core::TsrError> firstGap;
+        for (int number : numbers) {
+            try {
+                ctx.strings.set(number, LoadResString(module, number));
+            } catch (const core::TsrError& e) {
+                ctx.strings.set(number, english.value(number));
+                if (!firstGap)
+                    firstGap = e;
+            }
+        }
+        if (firstGap)
+            throw *firstGap;
     });
 }
 
