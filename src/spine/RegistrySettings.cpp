@@ -295,11 +295,14 @@ bool RegValSet(core::Context& ctx, bool skipPort) {
         }
         if (skipPort)
             return true;
+        // PORT goes to the user's file and then to the machine's; only the machine's
+        // write decides, so a user file that cannot be written loses nothing.
         current = QStringLiteral("PORT");
-        for (const int32_t root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
-            if (!RegValuePut(ctx, root, KeySuite, current, Value(s.PORT), &failure) || failure.number != 0)
-                core::raise(failure.number, QStringLiteral("RegValuePut"), failure.description);
-        }
+        RegFailure userFailure;
+        RegValuePut(ctx, HKEY_CURRENT_USER, KeySuite, current, Value(s.PORT), &userFailure);
+        failure = {};
+        if (!RegValuePut(ctx, HKEY_LOCAL_MACHINE, KeySuite, current, Value(s.PORT), &failure) || failure.number != 0)
+            core::raise(failure.number, QStringLiteral("RegValuePut"), failure.description);
         return true;
     } catch (const core::TsrError& e) {
         showSettingsError(ctx, e, QStringLiteral("RegValSet"), current);

@@ -319,6 +319,18 @@ TEST_F(RegistrySettingsTest, PortHasTwoTiers) {
     EXPECT_EQ(user.toText(), QStringLiteral("/dev/rfcomm0"));
 }
 
+// A user file that cannot be written does not keep PORT from the machine's file,
+// and it is no error: only the machine's write decides.
+TEST_F(RegistrySettingsTest, PortReachesTheMachineFileWhenTheUserFileFails) {
+    ASSERT_TRUE(spine::RegValCreate(ctx));
+    ASSERT_TRUE(QFile::remove(configFile(QStringLiteral("user.ini"))));
+    ASSERT_TRUE(QDir(config.path()).mkdir(QStringLiteral("user.ini")));
+    ctx.settings.PORT = QStringLiteral("/dev/ttyACM1");
+    EXPECT_TRUE(spine::RegValSet(ctx, false));
+    EXPECT_TRUE(ui.boxes.isEmpty());
+    EXPECT_EQ(get(QStringLiteral("PORT"), spine::KeySuite).toText(), QStringLiteral("/dev/ttyACM1"));
+}
+
 // A maximised window keeps the last normal size and saves its state as 2; a normal one saves its frame.
 TEST_F(RegistrySettingsTest, WindowSizeOnlyFromNormalState) {
     ASSERT_TRUE(spine::RegValCreate(ctx));
