@@ -160,13 +160,19 @@ void loadLanguageTable(core::Context& ctx) {
 std::optional<LanguageTable> LoadLibraryC(core::Context& ctx, const QString& path) {
     return core::guarded(ctx, QStringLiteral("SprachenStrings"), QStringLiteral("LoadLibraryC"),
                          std::optional<LanguageTable>(), [&]() -> std::optional<LanguageTable> {
+                             // The platform's numbers for a load that fails: no such file (2),
+                             // no access (5), a file that is no table (193).
                              QFile file(path);
                              std::optional<LanguageTable> table;
-                             if (file.open(QIODevice::ReadOnly))
-                                 table = parseLanguageFile(file.readAll());
-                             if (!table)
-                                 core::raise(core::err::FileNotFound, QStringLiteral("LoadLibraryC"),
-                                             ctx.strings.text(949) + path);
+                             int32_t number = 0;
+                             if (!file.exists())
+                                 number = 2;
+                             else if (!file.open(QIODevice::ReadOnly))
+                                 number = 5;
+                             else if (!(table = parseLanguageFile(file.readAll())))
+                                 number = 193;
+                             if (number != 0)
+                                 core::raise(number, QStringLiteral("LoadLibraryC"), ctx.strings.text(949) + path);
                              return table;
                          });
 }
