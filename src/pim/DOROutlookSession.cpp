@@ -210,6 +210,19 @@ void OutlookContactFolder(core::Context& ctx, bool silent) {
     });
 }
 
+namespace {
+// True when `folder` is the store's default contact folder, whatever items it
+// appears to hold (a stray calendar file in it makes it look like a calendar).
+bool isDefaultContactFolder(core::Context& ctx, const Folder& folder) {
+    try {
+        const auto contacts = mapi(ctx)->GetDefaultFolder(olFolderContacts);
+        return contacts && contacts->EntryID() == folder.EntryID() && contacts->StoreID() == folder.StoreID();
+    } catch (const core::TsrError&) {
+        return false;
+    }
+}
+} // namespace
+
 bool OutlookContactFolderList(core::Context& ctx, Folder& folder, QList<core::ContactFolderRecord>& array,
                               bool silent) {
     return core::guarded(ctx, kMSOutlook, QStringLiteral("OutlookContactFolderList"), false, [&] {
@@ -223,7 +236,7 @@ bool OutlookContactFolderList(core::Context& ctx, Folder& folder, QList<core::Co
         for (const auto& child : children) {
             if (!silent)
                 ctx.status.SetText(ctx.strings.text(556) + kCrLf + child->Name());
-            if (child->DefaultItemType() == olContactItem) {
+            if (child->DefaultItemType() == olContactItem || isDefaultContactFolder(ctx, *child)) {
                 array << recordOf(*child);
                 ctx.pim.GlobalContactFolderCount = core::toInt16(array.size());
             }
