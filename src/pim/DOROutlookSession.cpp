@@ -147,12 +147,11 @@ bool TestOLCalFolder(core::Context& ctx) {
         } catch (const core::TsrError&) {
         }
         if (!calendar)
-            core::raise(core::err::PimFolder, source, QStringLiteral("Default Calendar Folder not available!"));
+            core::raise(core::err::PimFolder, source, ctx.strings.text(925));
         try {
             calendar->Items();
         } catch (const core::TsrError& e) {
-            core::raise(core::err::PimFolder, source,
-                        QStringLiteral("Calendar Folder error!") + kCrLf + e.description());
+            core::raise(core::err::PimFolder, source, ctx.strings.text(926) + kCrLf + e.description());
         }
         return true;
     });
@@ -183,8 +182,7 @@ bool InitContactFolder(core::Context& ctx) {
             }
         }
         clearFolderSettings(s);
-        core::raise(core::err::PimFolder, QStringLiteral("Main_Modul:Check4Outlook"),
-                    QStringLiteral("No Folder found!"));
+        core::raise(core::err::PimFolder, QStringLiteral("Main_Modul:Check4Outlook"), ctx.strings.text(888));
     });
 }
 
@@ -231,7 +229,7 @@ bool OutlookContactFolderList(core::Context& ctx, Folder& folder, QList<core::Co
             children = folder.Folders();
         } catch (const core::TsrError& e) {
             core::raise(core::err::PimFolder, QStringLiteral("MSOutlook:OutlookContactFolderList"),
-                        e.description() + kCrLf + QStringLiteral("Folder: ") + folder.Name());
+                        e.description() + kCrLf + ctx.strings.text(946) + u' ' + folder.Name());
         }
         for (const auto& child : children) {
             if (!silent)

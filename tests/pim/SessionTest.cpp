@@ -192,6 +192,18 @@ TEST_F(Session, DefaultContactFolderIsListedWhateverItHolds) {
     EXPECT_EQ(ctx.pim.GlobalContactFolderArray.value(0).EntryID, contacts->EntryID());
 }
 
+// The texts of a store without its calendar folder come from the language table.
+TEST_F(Session, MissingCalendarSpeaksTheUsersLanguage) {
+    ASSERT_TRUE(pim::Check4Outlook(ctx));
+    ctx.strings.set(925, QStringLiteral("Der Standard-Kalenderordner ist nicht verf\u00fcgbar!"));
+    ASSERT_TRUE(QDir(root() + QStringLiteral("/calendar")).removeRecursively());
+    EXPECT_FALSE(pim::TestOLCalFolder(ctx));
+    ASSERT_EQ(ui.boxes.size(), 1);
+    EXPECT_TRUE(
+        ui.boxes[0].text.contains(QStringLiteral("\nDer Standard-Kalenderordner ist nicht verf\u00fcgbar!\r\n")))
+        << ui.boxes[0].text.toStdString();
+}
+
 // The folder walk shows each folder's name in the status dialog unless silent.
 TEST_F(Session, FolderWalkShowsProgress) {
     ASSERT_TRUE(QDir().mkpath(root() + QStringLiteral("/contacts/a/b")));
