@@ -69,6 +69,18 @@ TEST_F(DateTimeFormatsTest, TypedTimesUnderDayHalfMarks) {
     EXPECT_TRUE(ui.boxes.isEmpty());
 }
 
+// Only the four items of dates and times can fail the locale query; a day-half
+// mark keeps what fits the buffer, and a short one stays whole.
+TEST_F(DateTimeFormatsTest, DayHalfMarksNeverFail) {
+    EXPECT_EQ(spine::dayHalfMark(QString(39, u'a')), QString(39, u'a'));
+    EXPECT_EQ(spine::dayHalfMark(QString(40, u'a')), QString(39, u'a'));
+    EXPECT_EQ(spine::dayHalfMark(QString(100, u'p')), QString(39, u'p'));
+    EXPECT_EQ(spine::dayHalfMark(QStringLiteral("vorm.")), QStringLiteral("vorm."));
+    spine::RegDateTimeFormatGet(ctx, QLocale(QLocale::English, QLocale::UnitedStates));
+    EXPECT_EQ(ctx.formats.TimeAM, QStringLiteral("AM"));
+    EXPECT_TRUE(ui.boxes.isEmpty());
+}
+
 // A locale that puts the day-part mark before the hour says so in TimeMarkPos.
 TEST_F(DateTimeFormatsTest, MarkBeforeTheHour) {
     spine::RegDateTimeFormatGet(ctx, QLocale(QLocale::Korean, QLocale::SouthKorea));
