@@ -5,6 +5,7 @@
 #include "core/Numbers.h"
 
 #include <QStringList>
+#include <cmath>
 
 namespace tsr::core {
 
@@ -16,8 +17,9 @@ VbDate CreateTime(Context& ctx, const QString& text) {
         if (text.size() < 4 || separator.isEmpty() || !format.contains(separator))
             return TimeValue(now);
 
-        // The day-half mark stands in front of the time or behind it.
-        const QStringList pieces = text.split(u' ', Qt::SkipEmptyParts);
+        // The day-half mark stands in front of the time or behind it. Every blank
+        // splits, so a second blank makes an empty piece that counts in that choice.
+        const QStringList pieces = text.split(u' ');
         const qsizetype timeIndex = (ctx.formats.TimeMarkPos == 1 && pieces.size() > 1) ? 1 : 0;
         const QStringList values = pieces.value(timeIndex).split(separator);
         const QStringList parts = format.split(separator);
@@ -29,13 +31,12 @@ VbDate CreateTime(Context& ctx, const QString& text) {
             const int slot = kind == u'h' ? 0 : kind == u'm' ? 1 : kind == u's' ? 2 : -1;
             if (slot < 0)
                 continue;
-            // A piece that is no number, or out of its range, ends the reading.
+            // A piece that is no number ends the reading. A number past its unit
+            // carries over as a clock does: "25:10" is 01:10 of the next day, and
+            // the result then holds that day. Beyond 16 bits it is an overflow.
             if (!IsNumeric(values[i]))
                 break;
-            const double number = Val(values[i]);
-            if (number < 0 || number >= (slot == 0 ? 24 : 60))
-                break;
-            hms[slot] = int(number);
+            hms[slot] = CInt(std::trunc(Val(values[i])));
         }
         const VbDate today = DateValue(now);
         const VbDate at(today.value + TimeSerial(hms[0], hms[1], hms[2]).value);

@@ -13,7 +13,8 @@ void CreateTimeFromString(Context& ctx, const QString& text, VbDate& time);
 
 // Reads hours, minutes and seconds in the order of the user's time format; what
 // is not given keeps the current time's value. A text of fewer than 4 characters,
-// or a time format without separator, gives the current time.
+// or a time format without separator, gives the current time. Numbers past their
+// unit carry over, so the result may hold a day ("25:10" gives 1 day 01:10).
 VbDate CreateTime(Context& ctx, const QString& text);
 
 } // namespace tsr::core

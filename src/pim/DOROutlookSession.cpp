@@ -147,12 +147,11 @@ bool TestOLCalFolder(core::Context& ctx) {
         } catch (const core::TsrError&) {
         }
         if (!calendar)
-            core::raise(core::err::PimFolder, source, QStringLiteral("Default Calendar Folder not available!"));
+            core::raise(core::err::PimFolder, source, ctx.strings.text(925));
         try {
             calendar->Items();
         } catch (const core::TsrError& e) {
-            core::raise(core::err::PimFolder, source,
-                        QStringLiteral("Calendar Folder error!") + kCrLf + e.description());
+            core::raise(core::err::PimFolder, source, ctx.strings.text(926) + kCrLf + e.description());
         }
         return true;
     });
@@ -183,8 +182,7 @@ bool InitContactFolder(core::Context& ctx) {
             }
         }
         clearFolderSettings(s);
-        core::raise(core::err::PimFolder, QStringLiteral("Main_Modul:Check4Outlook"),
-                    QStringLiteral("No Folder found!"));
+        core::raise(core::err::PimFolder, QStringLiteral("Main_Modul:Check4Outlook"), ctx.strings.text(888));
     });
 }
 
@@ -210,6 +208,19 @@ void OutlookContactFolder(core::Context& ctx, bool silent) {
     });
 }
 
+namespace {
+// True when `folder` is the store's default contact folder, whatever items it
+// appears to hold (a stray calendar file in it makes it look like a calendar).
+bool isDefaultContactFolder(core::Context& ctx, const Folder& folder) {
+    try {
+        const auto contacts = mapi(ctx)->GetDefaultFolder(olFolderContacts);
+        return contacts && contacts->EntryID() == folder.EntryID() && contacts->StoreID() == folder.StoreID();
+    } catch (const core::TsrError&) {
+        return false;
+    }
+}
+} // namespace
+
 bool OutlookContactFolderList(core::Context& ctx, Folder& folder, QList<core::ContactFolderRecord>& array,
                               bool silent) {
     return core::guarded(ctx, kMSOutlook, QStringLiteral("OutlookContactFolderList"), false, [&] {
@@ -218,12 +229,12 @@ bool OutlookContactFolderList(core::Context& ctx, Folder& folder, QList<core::Co
             children = folder.Folders();
         } catch (const core::TsrError& e) {
             core::raise(core::err::PimFolder, QStringLiteral("MSOutlook:OutlookContactFolderList"),
-                        e.description() + kCrLf + QStringLiteral("Folder: ") + folder.Name());
+                        e.description() + kCrLf + ctx.strings.text(946) + u' ' + folder.Name());
         }
         for (const auto& child : children) {
             if (!silent)
                 ctx.status.SetText(ctx.strings.text(556) + kCrLf + child->Name());
-            if (child->DefaultItemType() == olContactItem) {
+            if (child->DefaultItemType() == olContactItem || isDefaultContactFolder(ctx, *child)) {
                 array << recordOf(*child);
                 ctx.pim.GlobalContactFolderCount = core::toInt16(array.size());
             }

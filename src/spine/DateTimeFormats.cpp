@@ -19,6 +19,14 @@ QString queried(const QString& text, const QString& item) {
     return text;
 }
 
+} // namespace
+
+QString dayHalfMark(const QString& text) {
+    return text.left(QueryBuffer - 1);
+}
+
+namespace {
+
 bool isMarkAt(const QString& f, qsizetype i) {
     return f[i] == u'A' || f[i] == u'a';
 }
@@ -167,8 +175,8 @@ void RegDateTimeFormatGet(core::Context& ctx, const QLocale& locale) {
         f.TimeChar = queried(separatorOf(longTime), QStringLiteral("TimeChar"));
         const qsizetype mark = firstOf(longTime, isMarkAt);
         f.TimeIs24 = mark < 0 ? 1 : 0;
-        f.TimeAM = queried(locale.amText(), QStringLiteral("TimeAM"));
-        f.TimeMarkPM = queried(locale.pmText(), QStringLiteral("TimeMarkPM"));
+        f.TimeAM = dayHalfMark(locale.amText());
+        f.TimeMarkPM = dayHalfMark(locale.pmText());
         if (f.TimeIs24) {
             f.GridTimeStyle = QStringLiteral("Short Time");
             f.TimeMark.clear();

@@ -22,6 +22,10 @@ QString repairDateFormat(const QString& format, const QString& dateChar, core::V
 // The time format without its seconds; the 12-hour form gets the day-part mark behind it.
 QString BuildTimeNosSecFormat(const core::DateFormats& formats);
 
+// A day-half mark as the program keeps it: what fits the locale query's buffer of
+// 40 characters before its terminator. A longer mark is no error.
+QString dayHalfMark(const QString& text);
+
 // Fills ctx.formats from the locale; a failure shows the settings error box.
 void RegDateTimeFormatGet(core::Context& ctx, const QLocale& locale = QLocale::system());
 

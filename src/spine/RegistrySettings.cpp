@@ -58,9 +58,18 @@ std::optional<Value> setting(const core::Context& ctx, const QString& name) {
     return std::nullopt;
 }
 
+// A 16-bit setting; one that is absent or does not fit 16 bits (a hand-edited
+// file, a window wider than 32767) keeps its missing value, so one bad value
+// never costs the settings read after it.
 int16_t readInt16(const core::Context& ctx, const QString& name, int16_t missing) {
     const auto v = setting(ctx, name);
-    return v ? core::CInt(core::Val(v->toText())) : missing;
+    if (!v)
+        return missing;
+    try {
+        return core::CInt(core::Val(v->toText()));
+    } catch (const core::TsrError&) {
+        return missing;
+    }
 }
 
 QString readText(const core::Context& ctx, int32_t root, const QString& key, const QString& name,
@@ -183,8 +192,8 @@ void RegValGet(core::Context& ctx) {
     } else {
         s.SyncEintraegevonbis.clear();
     }
-    if (const auto next = setting(ctx, QStringLiteral("SyncnaechstenAnzahl"))) {
-        s.SyncnaechstenAnzahl = core::CInt(core::Val(next->toText()));
+    if (setting(ctx, QStringLiteral("SyncnaechstenAnzahl"))) {
+        s.SyncnaechstenAnzahl = readInt16(ctx, QStringLiteral("SyncnaechstenAnzahl"), 1);
         if (s.SyncnaechstenAnzahl == 0)
             s.SyncnaechstenAnzahl = 7;
     } else {
@@ -286,11 +295,14 @@ bool RegValSet(core::Context& ctx, bool skipPort) {
         }
         if (skipPort)
             return true;
+        // PORT goes to the user's file and then to the machine's; only the machine's
+        // write decides, so a user file that cannot be written loses nothing.
         current = QStringLiteral("PORT");
-        for (const int32_t root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
-            if (!RegValuePut(ctx, root, KeySuite, current, Value(s.PORT), &failure) || failure.number != 0)
-                core::raise(failure.number, QStringLiteral("RegValuePut"), failure.description);
-        }
+        RegFailure userFailure;
+        RegValuePut(ctx, HKEY_CURRENT_USER, KeySuite, current, Value(s.PORT), &userFailure);
+        failure = {};
+        if (!RegValuePut(ctx, HKEY_LOCAL_MACHINE, KeySuite, current, Value(s.PORT), &failure) || failure.number != 0)
+            core::raise(failure.number, QStringLiteral("RegValuePut"), failure.description);
         return true;
     } catch (const core::TsrError& e) {
         showSettingsError(ctx, e, QStringLiteral("RegValSet"), current);

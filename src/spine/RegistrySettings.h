@@ -18,7 +18,8 @@ QString defaultHomeDir();
 // Makes the keys of a first run and writes HomeDir when it is absent; false after
 // the first failure, which the user has been shown.
 bool RegValCreate(core::Context& ctx);
-// Reads every setting into ctx.settings; errors pass to the caller.
+// Reads every setting into ctx.settings; a value that does not convert keeps its
+// missing value and the reading goes on.
 void RegValGet(core::Context& ctx);
 // Writes every setting back; with skipPort the file-transfer port stays unwritten.
 bool RegValSet(core::Context& ctx, bool skipPort);

@@ -29,6 +29,33 @@ void fail(RegFailure* failure, int32_t number, const QString& description) {
         *failure = {number, description};
 }
 
+// Value names compare without regard to case, as in the registry the settings
+// were laid out for. The open group's entry of that name in the spelling it was
+// first written with; a hand-edited file holding several spellings gives the
+// exact one first. Empty when there is none.
+QString storedName(const QSettings& store, const QString& name) {
+    QString found;
+    for (const QString& entry : store.childKeys()) {
+        if (entry == name)
+            return entry;
+        if (found.isEmpty() && entry.compare(name, Qt::CaseInsensitive) == 0)
+            found = entry;
+    }
+    return found;
+}
+
+// Sets a value of the open group under its first spelling; other spellings of
+// the same name, left by hand edits, go so that one value stays.
+void setNamed(QSettings& store, const QString& name, const QString& text) {
+    QString spelling = storedName(store, name);
+    if (spelling.isEmpty())
+        spelling = name;
+    for (const QString& entry : store.childKeys())
+        if (entry != spelling && entry.compare(name, Qt::CaseInsensitive) == 0)
+            store.remove(entry);
+    store.setValue(spelling, text);
+}
+
 bool keyPresent(QSettings& store, const QString& key) {
     store.beginGroup(groupOf(key));
     const bool present = !store.allKeys().isEmpty();
@@ -104,9 +131,10 @@ bool RegValQuery(const core::Context& ctx, int32_t root, const QString& key, con
         return false;
     QSettings store(file, QSettings::IniFormat);
     store.beginGroup(groupOf(key));
-    if (name == ClassEntry || !store.contains(name))
+    const QString spelling = storedName(store, name);
+    if (spelling.isEmpty() || spelling == ClassEntry)
         return false;
-    out = decode(store.value(name));
+    out = decode(store.value(spelling));
     return true;
 }
 
@@ -124,7 +152,7 @@ bool writeEntry(const core::Context& ctx, int32_t root, const QString& key, cons
     if (onlyNewKey && keyPresent(store, key))
         return false;
     store.beginGroup(groupOf(key));
-    store.setValue(name, text);
+    setNamed(store, name, text);
     store.endGroup();
     store.sync();
     if (store.status() != QSettings::NoError) {
@@ -172,7 +200,7 @@ qsizetype RegValuesPut(const core::Context& ctx, int32_t root, const QList<RegEn
             break;
         }
         store.beginGroup(groupOf(e.key));
-        store.setValue(e.name, encode(e.value));
+        setNamed(store, e.name, encode(e.value));
         store.endGroup();
         ++written;
     }

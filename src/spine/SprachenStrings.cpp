@@ -160,13 +160,19 @@ void loadLanguageTable(core::Context& ctx) {
 std::optional<LanguageTable> LoadLibraryC(core::Context& ctx, const QString& path) {
     return core::guarded(ctx, QStringLiteral("SprachenStrings"), QStringLiteral("LoadLibraryC"),
                          std::optional<LanguageTable>(), [&]() -> std::optional<LanguageTable> {
+                             // The platform's numbers for a load that fails: no such file (2),
+                             // no access (5), a file that is no table (193).
                              QFile file(path);
                              std::optional<LanguageTable> table;
-                             if (file.open(QIODevice::ReadOnly))
-                                 table = parseLanguageFile(file.readAll());
-                             if (!table)
-                                 core::raise(core::err::FileNotFound, QStringLiteral("LoadLibraryC"),
-                                             ctx.strings.text(949) + path);
+                             int32_t number = 0;
+                             if (!file.exists())
+                                 number = 2;
+                             else if (!file.open(QIODevice::ReadOnly))
+                                 number = 5;
+                             else if (!(table = parseLanguageFile(file.readAll())))
+                                 number = 193;
+                             if (number != 0)
+                                 core::raise(number, QStringLiteral("LoadLibraryC"), ctx.strings.text(949) + path);
                              return table;
                          });
 }
@@ -181,11 +187,25 @@ QString LoadResString(const LanguageTable& module, int number) {
 }
 
 void set_str_variable_Res(core::Context& ctx, const LanguageTable& module) {
-    QList<int> numbers = core::ResStrings::english().keys();
+    const QHash<int, QString>& english = core::ResStrings::english();
+    QList<int> numbers = english.keys();
     std::sort(numbers.begin(), numbers.end());
     core::guarded(ctx, QStringLiteral("SprachenStrings"), QStringLiteral("set_str_variable_Res"), [&] {
-        for (int number : numbers)
-            ctx.strings.set(number, LoadResString(module, number));
+        // A number the table lacks takes its English text and the loading goes on,
+        // so one gap does not leave every later text in English or in the language
+        // shown before; the first gap is reported once the table is loaded.
+        std::optional<core::TsrError> firstGap;
+        for (int number : numbers) {
+            try {
+                ctx.strings.set(number, LoadResString(module, number));
+            } catch (const core::TsrError& e) {
+                ctx.strings.set(number, english.value(number));
+                if (!firstGap)
+                    firstGap = e;
+            }
+        }
+        if (firstGap)
+            throw *firstGap;
     });
 }
 

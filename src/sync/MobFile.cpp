@@ -35,7 +35,15 @@ QString column(const Recordset& r, const Column& c) {
     const core::Value v = r.value(name);
     if (c.flag)
         return v.toBool() ? QStringLiteral("1") : QStringLiteral("0");
-    return v.toText();
+    // A tab would shift every later column and a line break would split the
+    // record; the readers take CR LF and tabs out, but a PIM text may still hold
+    // a bare line feed or carriage return. Each becomes a blank.
+    QString text = v.toText();
+    text.replace(kCrLf, QStringLiteral(" "));
+    for (QChar& ch : text)
+        if (ch == u'\t' || ch == u'\r' || ch == u'\n')
+            ch = u' ';
+    return text;
 }
 
 void writeFile(core::Context& ctx, const QString& text, const QString& proc) {

@@ -12,25 +12,24 @@ using tables::Recordset;
 namespace {
 const QString kModul = QStringLiteral("Allgemein");
 
-bool hasTransferMark(Recordset& log, int32_t mark) {
-    for (log.moveFirst(); !log.eof(); log.moveNext()) {
-        const core::Value v = log.value(QStringLiteral("Transfernew"));
+bool hasTransferMark(Recordset& pending, int32_t mark) {
+    for (pending.moveFirst(); !pending.eof(); pending.moveNext()) {
+        const core::Value v = pending.value(QStringLiteral("Transfernew"));
         if (!v.isEmpty() && v.toInt32() == mark)
             return true;
     }
     return false;
 }
 
-// Clears the log table of the kind its first row names, and reads that side when asked.
-void reRead(core::Context& ctx, Recordset& log, int32_t mark, Roads& roads, bool mobile) {
-    if (log.recordCount() == 0)
+// Drops the changes the user chose not to transfer and, when one of them was
+// meant for that side, reads the side again so its rows show what it holds.
+void reRead(core::Context& ctx, Recordset& pending, int32_t mark, Roads& roads, bool mobile) {
+    if (pending.recordCount() == 0)
         return;
-    const bool found = hasTransferMark(log, mark);
-    log.moveFirst();
-    const bool contacts = log.value(QStringLiteral("Recordset")).toText() == u"RSContacts";
-    Recordset* target = contacts ? ctx.tables.LogContacts.get() : ctx.tables.LogCalendar.get();
-    if (target)
-        tables::ClearRecordSet(*target);
+    const bool found = hasTransferMark(pending, mark);
+    pending.moveFirst();
+    const bool contacts = pending.value(QStringLiteral("Recordset")).toText() == u"RSContacts";
+    tables::ClearRecordSet(pending);
     if (!found)
         return;
     if (mobile)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// After a transfer: reading a side again when the log says something went there,
+// Declined transfers: reading a side again when a dropped pending change was bound there,
 // and the question before a row is deleted from a grid (module Allgemein).
 #pragma once
 
@@ -9,10 +9,12 @@
 
 namespace tsr::sync {
 
-// When a row of the log table says an entry went to the phone (Transfernew 2),
-// the log table is cleared and the phone side of its kind is read again.
+// After the user declined to transfer the pending changes: the pending table
+// handed (RSCalendarPending or RSContactsPending) is cleared, and when one of its
+// rows was bound for the phone (Transfernew 2) the phone side of the kind its
+// first row names is read again.
 void reReadMobile(core::Context& ctx, tables::Recordset& LogTable, Roads& roads);
-// The same for the PIM (Transfernew 1).
+// The same for changes bound for the PIM (Transfernew 1).
 void reReadPIM(core::Context& ctx, tables::Recordset& LogTable, Roads& roads);
 
 enum class EntryKind { Calendar, Contact };

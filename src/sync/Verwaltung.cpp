@@ -246,8 +246,8 @@ void MobileEntriesPruefung(core::Context& ctx) {
             return;
         const int16_t buffer = core::toInt16(qint64(ctx.settings.freeMobileEntries) -
                                              (qint64(r.vCalMobileCount) - qint64(r.FreeCalendarSlots)));
-        const QString text = ctx.strings.text(694) + u' ' + ctx.strings.text(512) + u' ' + ctx.strings.text(703) +
-                             u' ' + QString::number(buffer);
+        const QString text = ctx.strings.text(694) + u' ' + QString::number(buffer) + u' ' + ctx.strings.text(512) +
+                             u' ' + ctx.strings.text(703);
         ctx.ui->msgBox(text, core::MsgButtons::OK, core::MsgIcon::Exclamation, ctx.title());
         ctx.settings.freeMobileEntries = buffer;
         r.FreeCalendarSlots = core::toInt16(qint64(r.MobileCalendarCapacity) - buffer);
@@ -280,6 +280,8 @@ void vCalClearAfterMobileError(core::Context& ctx) {
         ctx.read.vCalPIMRead = ctx.read.vCalPIMCount > 0;
         if (table.recordCount() > 0)
             table.moveFirst();
+        // The status line again, now with the PIM rows counted anew.
+        ctx.ui->SetStatusBarMobile();
         ctx.ui->refreshGrid(0);
     });
 }

@@ -166,8 +166,15 @@ bool vCardFindCompare(core::Context& ctx, Recordset& table, Recordset& entry, Ro
         if (table.recordCount() > 0)
             table.moveFirst();
         while (!table.eof()) {
-            const bool found = walk ? vCardFindLastName(ctx, table, lastName) : table.find(criteria, 0, 1);
-            if (!found)
+            // Only the end of the table leaves the loop. The walk also stops at a
+            // row whose name sorts after the searched one, and that row goes
+            // through the field tests like a found one; the rows need not be
+            // sorted, so a later row may still hold the name.
+            if (walk)
+                vCardFindLastName(ctx, table, lastName);
+            else
+                table.find(criteria, 0, 1);
+            if (table.eof())
                 break;
             bool passed = fieldPasses(table, entry, kFieldTests[0]);
             if (passed && ctx.read.SyncRunning)

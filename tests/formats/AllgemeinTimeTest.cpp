@@ -105,6 +105,37 @@ TEST_F(TimeTest, CreateTimeReadsThePieces) {
     EXPECT_EQ(shown(formats::CreateTime(ctx, QStringLiteral("05:09:01"))), QStringLiteral("09:05:01"));
 }
 
+// There is no range check: a number past its unit carries over like a clock, and
+// only the date the reading started from is taken off. Every blank splits, so an
+// empty piece can stand where the time is looked for.
+TEST_F(TimeTest, CreateTimeCarriesOverAndKeepsEmptyPieces) {
+    struct Case {
+        const char* text;
+        int markPos;
+        double days;
+        const char* shown;
+    };
+    const QList<Case> cases = {
+        {"25:10", 0, 1, "01:10:36"},     {"24:00", 0, 1, "00:00:36"},     {"10:75", 0, 0, "11:15:36"},
+        {"08:15:90", 0, 0, "08:16:30"},  {" 08:15", 0, 0, "14:25:36"},    {"AM  08:15", 1, 0, "14:25:36"},
+        {"AM 08:15 ", 1, 0, "08:15:36"}, {"08:15  PM", 0, 0, "08:15:36"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.text);
+        ctx.formats.TimeMarkPos = c.markPos;
+        const core::VbDate t = formats::CreateTime(ctx, QString::fromLatin1(c.text));
+        EXPECT_EQ(shown(t), QString::fromLatin1(c.shown));
+        EXPECT_EQ(std::floor(t.value), c.days);
+    }
+    EXPECT_TRUE(ui.boxes.isEmpty());
+
+    // An hour beyond 16 bits is an overflow, reported; the reading gives the current time.
+    ctx.formats.TimeMarkPos = 0;
+    EXPECT_EQ(shown(formats::CreateTime(ctx, QStringLiteral("40000:00"))), QStringLiteral("14:25:36"));
+    ASSERT_EQ(ui.boxes.size(), 1);
+    EXPECT_TRUE(ui.boxes[0].text.contains(QStringLiteral("Number:6"))) << ui.boxes[0].text.toStdString();
+}
+
 // With the day-half mark in front, the time is the second piece.
 TEST_F(TimeTest, CreateTimeWithMarkInFront) {
     ctx.formats.TimeMarkPos = 1;
@@ -120,8 +151,9 @@ TEST_F(TimeTest, CreateTimeFromStringGuardsBareNumbers) {
     EXPECT_EQ(shown(t), QStringLiteral("10:30:00"));
     formats::CreateTimeFromString(ctx, QStringLiteral("12"), t);
     EXPECT_EQ(shown(t), QStringLiteral("14:25:36"));
+    // Without a separator the whole text is the hour: 1230 hours carry over into days.
     formats::CreateTimeFromString(ctx, QStringLiteral("1230"), t);
-    EXPECT_EQ(shown(t), QStringLiteral("14:25:36"));
-    EXPECT_LT(t.value, 1.0);
+    EXPECT_EQ(shown(t), QStringLiteral("06:25:36"));
+    EXPECT_EQ(std::floor(t.value), 51.0);
     EXPECT_TRUE(ui.boxes.isEmpty());
 }

@@ -65,6 +65,42 @@ TEST_F(vCardParse, PhonePreferenceRules) {
     expectFields(want);
 }
 
+// PREF chooses between the home and the work number only. The parameter after it
+// is still read by its own rule, so a preferred mobile or fax number, as phones send
+// them, is kept: CELL fills an empty mobile field, FAX sets the fax; neither touches
+// the home or work number.
+TEST_F(vCardParse, PreferredCellAndFax) {
+    struct Case {
+        std::vector<const char*> lines;
+        QList<std::pair<QString, QString>> want;
+    };
+    const auto want = [](std::initializer_list<std::pair<const char*, const char*>> pairs) {
+        QList<std::pair<QString, QString>> out;
+        for (const auto& [f, v] : pairs)
+            out.append({QString::fromLatin1(f), QString::fromLatin1(v)});
+        return out;
+    };
+    const QList<Case> cases = {
+        {{"TEL;PREF;CELL:1"}, want({{"PhoneMobile", "1"}, {"PIMPhoneMobile", "1"}, {"Phone", ""}, {"PhoneWork", ""}})},
+        {{"TEL;CELL:1", "TEL;PREF;CELL:2"}, want({{"PhoneMobile", "1"}})},
+        {{"TEL;PREF;CELL:2", "TEL;CELL:1"}, want({{"PhoneMobile", "2"}})},
+        {{"TEL;PREF;FAX:3"}, want({{"Fax", "3"}, {"PIMFax", "3"}, {"Phone", ""}, {"PhoneWork", ""}})},
+        {{"TEL;FAX:3", "TEL;PREF;FAX:4"}, want({{"Fax", "4"}})},
+        {{"TEL;PREF;CELL:5", "TEL;PREF;FAX:6", "TEL;PREF;HOME:7"},
+         want({{"PhoneMobile", "5"}, {"Fax", "6"}, {"Phone", "7"}})},
+    };
+    for (const Case& c : cases) {
+        QString text;
+        for (const char* line : c.lines)
+            text += QString::fromLatin1(line) + QStringLiteral("\r\n");
+        SCOPED_TRACE(text.toStdString());
+        newRow();
+        parse(text);
+        for (const auto& [name, value] : c.want)
+            EXPECT_EQ(field(name), value) << name.toStdString();
+    }
+}
+
 // Any EMAIL line fills the address; foreign mail systems among the parameters change nothing.
 TEST_F(vCardParse, EmailWhateverItsParameters) {
     parse(crlf({"EMAIL;X400:first@x", "EMAIL;AOL;PREF:second@x"}));

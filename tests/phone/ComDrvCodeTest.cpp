@@ -4,6 +4,7 @@
 #include "phone/ComDrvCode.h"
 #include "phone/ATCServer.h"
 #include "phone/LinkFixture.h"
+#include "spine/RegistrySettings.h"
 #include "spine/RegistryStore.h"
 
 #include <QMap>
@@ -118,6 +119,16 @@ TEST_F(LinkSession, GetATCPortReadsTheSuiteValue) {
     ctx.options.port = QStringLiteral("/dev/rfcomm0");
     EXPECT_TRUE(phone::GetATCPort(ctx));
     EXPECT_EQ(ctx.phone.ATCPort, QStringLiteral("/dev/rfcomm0")) << "a device named on the command line wins";
+}
+
+// The port the options save as PORT is the one the link opens: the store's names ignore case.
+TEST_F(LinkSession, GetATCPortFindsThePortRegValSetSaved) {
+    ASSERT_TRUE(spine::RegValCreate(ctx));
+    ctx.settings.PORT = QStringLiteral("/dev/ttyUSB3");
+    ASSERT_TRUE(spine::RegValSet(ctx, false));
+    ctx.options.port.clear();
+    EXPECT_TRUE(phone::GetATCPort(ctx));
+    EXPECT_EQ(ctx.phone.ATCPort, QStringLiteral("/dev/ttyUSB3"));
 }
 
 // SetATCPort gives the port once; an unchanged port reaches the server no more, a changed one does.

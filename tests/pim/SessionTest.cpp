@@ -169,6 +169,41 @@ TEST_F(Session, MissingCalendar) {
     EXPECT_FALSE(ctx.flags.GlobalOrganizerOK);
 }
 
+// The default contact folder is listed even when a stray calendar file makes it
+// look like a calendar; another folder that holds only calendar files is not.
+TEST_F(Session, DefaultContactFolderIsListedWhateverItHolds) {
+    ASSERT_TRUE(QDir().mkpath(root() + QStringLiteral("/contacts/work")));
+    ASSERT_TRUE(QDir().mkpath(root() + QStringLiteral("/holidays")));
+    const QByteArray ics = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nUID:x1\r\n"
+                           "DTSTART:20260401T080000\r\nSUMMARY:Stray\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n";
+    for (const char* rel : {"/contacts/stray.ics", "/holidays/h.ics"}) {
+        QFile f(root() + QString::fromLatin1(rel));
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(ics);
+    }
+    ctx.servers.MOL = app;
+    auto contacts = ns->GetDefaultFolder(pim::olFolderContacts);
+    ASSERT_NE(contacts->DefaultItemType(), pim::olContactItem) << "the stray file must make it look like a calendar";
+    pim::OutlookContactFolder(ctx, true);
+    QStringList names;
+    for (int i = 0; i < ctx.pim.GlobalContactFolderCount; ++i)
+        names << ctx.pim.GlobalContactFolderArray[i].Name;
+    EXPECT_EQ(names, (QStringList{contacts->Name(), QStringLiteral("work")}));
+    EXPECT_EQ(ctx.pim.GlobalContactFolderArray.value(0).EntryID, contacts->EntryID());
+}
+
+// The texts of a store without its calendar folder come from the language table.
+TEST_F(Session, MissingCalendarSpeaksTheUsersLanguage) {
+    ASSERT_TRUE(pim::Check4Outlook(ctx));
+    ctx.strings.set(925, QStringLiteral("Der Standard-Kalenderordner ist nicht verf\u00fcgbar!"));
+    ASSERT_TRUE(QDir(root() + QStringLiteral("/calendar")).removeRecursively());
+    EXPECT_FALSE(pim::TestOLCalFolder(ctx));
+    ASSERT_EQ(ui.boxes.size(), 1);
+    EXPECT_TRUE(
+        ui.boxes[0].text.contains(QStringLiteral("\nDer Standard-Kalenderordner ist nicht verf\u00fcgbar!\r\n")))
+        << ui.boxes[0].text.toStdString();
+}
+
 // The folder walk shows each folder's name in the status dialog unless silent.
 TEST_F(Session, FolderWalkShowsProgress) {
     ASSERT_TRUE(QDir().mkpath(root() + QStringLiteral("/contacts/a/b")));

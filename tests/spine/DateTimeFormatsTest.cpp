@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "spine/DateTimeFormats.h"
 #include "SpineFixture.h"
+#include "core/CreateTime.h"
 
 using namespace tsr;
 using tsr::test::SpineFixture;
@@ -43,6 +44,41 @@ TEST_F(DateTimeFormatsTest, UsLocaleTwelveHours) {
     const core::VbDate afternoon(core::DateSerial(2026, 11, 22).value + core::TimeSerial(15, 5, 0).value);
     EXPECT_EQ(core::Format(afternoon, f.TimeFormatNoSec), QStringLiteral("3:05 PM"));
     EXPECT_EQ(core::Format(afternoon, f.DateFormat), QStringLiteral("11/22/26"));
+}
+
+// A typed time under the 12-hour format of a real locale: the mark decides the
+// half of the day, upper or lower case; a 24-hour text that the format does not
+// show falls to the piece reading, which keeps the current second.
+TEST_F(DateTimeFormatsTest, TypedTimesUnderDayHalfMarks) {
+    struct Case {
+        const char* typed;
+        const char* read;
+    };
+    spine::RegDateTimeFormatGet(ctx, QLocale(QLocale::English, QLocale::UnitedStates));
+    const QList<Case> cases = {
+        {"3:05:00 PM", "15:05:00"}, {"3:05 PM", "15:05:00"},  {"3:05 pm", "15:05:00"}, {"3:05 AM", "03:05:00"},
+        {"12:00 AM", "00:00:00"},   {"12:30 PM", "12:30:00"}, {"15:05", "15:05:15"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.typed);
+        core::VbDate t;
+        core::CreateTimeFromString(ctx, QString::fromLatin1(c.typed), t);
+        EXPECT_EQ(core::Format(t, QStringLiteral("hh:mm:ss")), QString::fromLatin1(c.read));
+        EXPECT_LT(t.value, 1.0);
+    }
+    EXPECT_TRUE(ui.boxes.isEmpty());
+}
+
+// Only the four items of dates and times can fail the locale query; a day-half
+// mark keeps what fits the buffer, and a short one stays whole.
+TEST_F(DateTimeFormatsTest, DayHalfMarksNeverFail) {
+    EXPECT_EQ(spine::dayHalfMark(QString(39, u'a')), QString(39, u'a'));
+    EXPECT_EQ(spine::dayHalfMark(QString(40, u'a')), QString(39, u'a'));
+    EXPECT_EQ(spine::dayHalfMark(QString(100, u'p')), QString(39, u'p'));
+    EXPECT_EQ(spine::dayHalfMark(QStringLiteral("vorm.")), QStringLiteral("vorm."));
+    spine::RegDateTimeFormatGet(ctx, QLocale(QLocale::English, QLocale::UnitedStates));
+    EXPECT_EQ(ctx.formats.TimeAM, QStringLiteral("AM"));
+    EXPECT_TRUE(ui.boxes.isEmpty());
 }
 
 // A locale that puts the day-part mark before the hour says so in TimeMarkPos.

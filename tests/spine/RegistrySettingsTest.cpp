@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QSettings>
 
 using namespace tsr;
 using spine::HKEY_CURRENT_USER;
@@ -212,10 +213,84 @@ TEST_F(RegistrySettingsTest, ReadRules) {
     EXPECT_EQ(s.SyncTageWochenMonate, 2);
 }
 
-// A number beyond 16 bits in the store is an overflow that travels to the caller.
-TEST_F(RegistrySettingsTest, OversizedNumberRaises) {
-    put(QStringLiteral("DelAnzahl"), core::Value(int32_t(70000)));
-    EXPECT_THROW(spine::RegValGet(ctx), core::TsrError);
+// A value beyond 16 bits keeps its missing value, and every setting after it is still read.
+TEST_F(RegistrySettingsTest, OversizedNumberKeepsItsDefaultAndReadingGoesOn) {
+    put(QStringLiteral("WindowState"), core::Value(int32_t(40000)));
+    put(QStringLiteral("Width"), core::Value(QStringLiteral("99999")));
+    put(QStringLiteral("Autodel"), core::Value(int32_t(1)));
+    put(QStringLiteral("DelAnzahl"), core::Value(int32_t(-70000)));
+    put(QStringLiteral("SyncTermine"), core::Value(int32_t(70000)));
+    put(QStringLiteral("SyncnaechstenAnzahl"), core::Value(QStringLiteral("1e9")));
+    put(QStringLiteral("FormFontIndex"), core::Value(int32_t(32768)));
+    put(QStringLiteral("FolderName"), core::Value(QStringLiteral("Privat")));
+    put(QStringLiteral("DateRange"), core::Value(int32_t(4)));
+    ASSERT_NO_THROW(spine::RegValGet(ctx));
+    const core::Settings& s = ctx.settings;
+    const QSize screen = ui.screenTwips();
+    EXPECT_EQ(s.WindowState, 0);
+    EXPECT_EQ(s.Width, core::CInt(screen.width() * 0.6));
+    EXPECT_EQ(s.Autodel, 1);
+    EXPECT_EQ(s.DelAnzahl, 0);
+    EXPECT_EQ(s.SyncTermine, 32);
+    EXPECT_EQ(s.SyncnaechstenAnzahl, 1);
+    EXPECT_EQ(s.FormFontIndex, -1);
+    EXPECT_EQ(s.FolderName, QStringLiteral("Privat"));
+    EXPECT_EQ(s.DateRange, 4);
+    EXPECT_TRUE(ui.boxes.isEmpty());
+}
+
+// Value names compare without regard to case in reading and writing; a value keeps the
+// spelling it was first written with, and spellings a hand edit doubled collapse into it.
+TEST_F(RegistrySettingsTest, ValueNamesIgnoreCase) {
+    struct Case {
+        const char* written;
+        const char* asked;
+    };
+    for (const Case& c : {Case{"PORT", "Port"}, Case{"Port", "PORT"}, Case{"port", "pOrT"}}) {
+        SCOPED_TRACE(c.written);
+        const QString written = QString::fromLatin1(c.written), asked = QString::fromLatin1(c.asked);
+        put(written, core::Value(QStringLiteral("first")), spine::KeySuite);
+        core::Value v;
+        ASSERT_TRUE(spine::RegValueGet(ctx, HKEY_LOCAL_MACHINE, spine::KeySuite, asked, v));
+        EXPECT_EQ(v.toText(), QStringLiteral("first"));
+        ASSERT_TRUE(spine::RegValuePut(ctx, HKEY_LOCAL_MACHINE, spine::KeySuite, asked, core::Value(int32_t(7))));
+        ASSERT_TRUE(spine::RegValQuery(ctx, HKEY_LOCAL_MACHINE, spine::KeySuite, written, v));
+        EXPECT_EQ(v.toInt32(), 7);
+        QSettings file(configFile(QStringLiteral("machine.ini")), QSettings::IniFormat);
+        file.beginGroup(QStringLiteral("Software/Orvane/Halvorix 5.0"));
+        EXPECT_EQ(file.childKeys(), QStringList({QStringLiteral("(class)"), written}));
+        file.remove(written);
+    }
+
+    // The batch write of RegValSet also keeps the first spelling.
+    put(QStringLiteral("delanzahl"), core::Value(int32_t(3)));
+    ASSERT_TRUE(spine::RegValCreate(ctx));
+    ctx.settings.DelAnzahl = 9;
+    ASSERT_TRUE(spine::RegValSet(ctx, true));
+    spine::RegValGet(ctx);
+    EXPECT_EQ(ctx.settings.DelAnzahl, 9);
+    QSettings file(configFile(QStringLiteral("machine.ini")), QSettings::IniFormat);
+    file.beginGroup(QStringLiteral("Software/Orvane/Halvorix 5.0/TSR/Settings"));
+    EXPECT_TRUE(file.childKeys().contains(QStringLiteral("delanzahl")));
+    EXPECT_FALSE(file.childKeys().contains(QStringLiteral("DelAnzahl")));
+
+    // Two spellings left by a hand edit: reading prefers the exact one, writing leaves one.
+    file.setValue(QStringLiteral("Sync"), QStringLiteral("dword:00000001"));
+    file.setValue(QStringLiteral("SYNC"), QStringLiteral("dword:00000002"));
+    file.sync();
+    core::Value v;
+    ASSERT_TRUE(spine::RegValQuery(ctx, HKEY_LOCAL_MACHINE, spine::KeySettings, QStringLiteral("SYNC"), v));
+    EXPECT_EQ(v.toInt32(), 2);
+    ASSERT_TRUE(spine::RegValWrite(ctx, HKEY_LOCAL_MACHINE, spine::KeySettings, QStringLiteral("sync"),
+                                   core::Value(int32_t(5))));
+    QSettings reread(configFile(QStringLiteral("machine.ini")), QSettings::IniFormat);
+    reread.beginGroup(QStringLiteral("Software/Orvane/Halvorix 5.0/TSR/Settings"));
+    int spellings = 0;
+    for (const QString& k : reread.childKeys())
+        spellings += k.compare(QStringLiteral("sync"), Qt::CaseInsensitive) == 0;
+    EXPECT_EQ(spellings, 1);
+    ASSERT_TRUE(spine::RegValQuery(ctx, HKEY_LOCAL_MACHINE, spine::KeySettings, QStringLiteral("Sync"), v));
+    EXPECT_EQ(v.toInt32(), 5);
 }
 
 // PORT is looked for in the user's file first and then in the machine's, and written to both.
@@ -242,6 +317,18 @@ TEST_F(RegistrySettingsTest, PortHasTwoTiers) {
     ASSERT_TRUE(spine::RegValSet(ctx, true));
     ASSERT_TRUE(spine::RegValueGet(ctx, HKEY_CURRENT_USER, spine::KeySuite, QStringLiteral("PORT"), user));
     EXPECT_EQ(user.toText(), QStringLiteral("/dev/rfcomm0"));
+}
+
+// A user file that cannot be written does not keep PORT from the machine's file,
+// and it is no error: only the machine's write decides.
+TEST_F(RegistrySettingsTest, PortReachesTheMachineFileWhenTheUserFileFails) {
+    ASSERT_TRUE(spine::RegValCreate(ctx));
+    ASSERT_TRUE(QFile::remove(configFile(QStringLiteral("user.ini"))));
+    ASSERT_TRUE(QDir(config.path()).mkdir(QStringLiteral("user.ini")));
+    ctx.settings.PORT = QStringLiteral("/dev/ttyACM1");
+    EXPECT_TRUE(spine::RegValSet(ctx, false));
+    EXPECT_TRUE(ui.boxes.isEmpty());
+    EXPECT_EQ(get(QStringLiteral("PORT"), spine::KeySuite).toText(), QStringLiteral("/dev/ttyACM1"));
 }
 
 // A maximised window keeps the last normal size and saves its state as 2; a normal one saves its frame.

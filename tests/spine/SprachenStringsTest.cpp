@@ -64,19 +64,46 @@ TEST_F(SprachenStringsTest, MissingTableFallsBackToEnglish) {
     EXPECT_EQ(ctx.strings.text(453), QStringLiteral("Cancel"));
 }
 
-// A number missing from a table raises at that point: the numbers before it are
-// loaded, the ones behind it keep their texts.
-TEST_F(SprachenStringsTest, MissingNumberStopsTheLoading) {
+// A number missing from a table takes its English text and is reported; every
+// number around it, before and behind, is loaded from the table, also when
+// another language was shown before.
+TEST_F(SprachenStringsTest, MissingNumberTakesEnglishAndTheRestLoads) {
+    ctx.settings.Sprache = QStringLiteral("0407");
+    spine::setStartLanguage(ctx, QLocale::c());
+    ASSERT_EQ(ctx.strings.text(451), QStringLiteral("auf"));
     writeTable(QStringLiteral("0413"), "# partial\n449\tTessarine NL\n450\tHet aantal\n453\tAnnuleren\n");
     ctx.settings.Sprache = QStringLiteral("0413");
     spine::setStartLanguage(ctx, QLocale::c());
     EXPECT_EQ(ctx.strings.text(449), QStringLiteral("Tessarine NL"));
     EXPECT_EQ(ctx.strings.text(450), QStringLiteral("Het aantal"));
     EXPECT_EQ(ctx.strings.text(451), QStringLiteral("to"));
-    EXPECT_EQ(ctx.strings.text(453), QStringLiteral("Cancel"));
+    EXPECT_EQ(ctx.strings.text(453), QStringLiteral("Annuleren"));
     ASSERT_EQ(ui.boxes.size(), 1);
     EXPECT_TRUE(ui.boxes[0].text.contains(QStringLiteral("(451)")));
     EXPECT_EQ(ctx.settings.Sprache, QStringLiteral("0413"));
+}
+
+// A table that cannot be loaded is reported with the platform's number for the
+// cause and the path, and the program goes on in English.
+TEST_F(SprachenStringsTest, LoadErrorsCarryThePlatformsNumber) {
+    QDir().mkpath(home.filePath(QStringLiteral("Lng/TSRRES0410.lng")));
+    writeTable(QStringLiteral("040C"), "not a table\n");
+    struct Case {
+        const char* code;
+        const char* number;
+    };
+    for (const Case& c : {Case{"9999", "Number:2\r\n"}, Case{"0410", "Number:5\r\n"}, Case{"040C", "Number:193\r\n"}}) {
+        SCOPED_TRACE(c.code);
+        ui.boxes.clear();
+        ctx.settings.Sprache = QString::fromLatin1(c.code);
+        spine::setStartLanguage(ctx, QLocale::c());
+        ASSERT_EQ(ui.boxes.size(), 1);
+        EXPECT_TRUE(ui.boxes[0].text.contains(QString::fromLatin1(c.number))) << ui.boxes[0].text.toStdString();
+        EXPECT_TRUE(ui.boxes[0].text.contains(QStringLiteral("Cannot load Resource DLL: ") +
+                                              spine::languageFilePath(ctx, QString::fromLatin1(c.code))));
+        EXPECT_EQ(ctx.settings.Sprache, QStringLiteral("0809"));
+        EXPECT_EQ(ctx.strings.text(453), QStringLiteral("Cancel"));
+    }
 }
 
 // A line that is neither a comment nor number-tab-text makes the table unloadable.

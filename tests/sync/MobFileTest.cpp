@@ -98,6 +98,31 @@ TEST_F(MobFile, ReadBackAndEmptyForms) {
     EXPECT_FALSE(ReadMobFile(ctx));
 }
 
+// A tab or a line break inside a field neither shifts the columns nor splits the
+// record: each stands as a blank, and the record after it reads as written.
+TEST_F(MobFile, TabsAndLineBreaksStayInTheirField) {
+    addContactRow(contacts(), {{u"Mobile", true},
+                               {u"MobileID", u"3"},
+                               {u"LastName", u"Lang\tHof"},
+                               {u"Street", u"Hauptstr. 1\r\nHinterhaus"},
+                               {u"City", u"Linz\nNord"},
+                               {u"Country", u"AT\r"},
+                               {u"URL", u"example.org"}});
+    addContactRow(contacts(), {{u"Mobile", true}, {u"MobileID", u"5"}, {u"LastName", u"Kurz"}});
+    ASSERT_TRUE(WriteMobFileforall(ctx, contacts()));
+    ASSERT_TRUE(ReadMobFile(ctx));
+    ASSERT_EQ(ctx.read.MobFileLines.size(), 2);
+    const QStringList& first = ctx.read.MobFileLines[0];
+    ASSERT_EQ(first.size(), 18);
+    EXPECT_EQ(first[4], QStringLiteral("Lang Hof"));
+    EXPECT_EQ(first[8], QStringLiteral("Hauptstr. 1 Hinterhaus"));
+    EXPECT_EQ(first[10], QStringLiteral("Linz Nord"));
+    EXPECT_EQ(first[16], QStringLiteral("AT "));
+    EXPECT_EQ(first[17], QStringLiteral("example.org"));
+    EXPECT_EQ(ctx.read.MobFileLines[1].size(), 18);
+    EXPECT_EQ(ctx.read.MobFileLines[1][4], QStringLiteral("Kurz"));
+}
+
 // A file that cannot be written is reported, and nothing is thrown at the caller.
 TEST_F(MobFile, UnwritableHomeIsReported) {
     ctx.settings.HomeDir = home.path() + QStringLiteral("/missing/dir");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sync/Rereads.h"
 #include "SyncTestSupport.h"
+#include "log/LogWrite.h"
 
 using namespace tsr;
 using namespace tsr::sync;
@@ -9,43 +10,61 @@ using core::DateSerial;
 namespace {
 class Rereads : public test::SyncTest {
 protected:
-    Rereads() {
-        ctx.tables.LogCalendar = std::make_unique<tables::Recordset>(QStringLiteral("LogCalendar"));
-        auto& log = *ctx.tables.LogCalendar;
-        log.appendField(QStringLiteral("Recordset"), core::FieldType::Text);
-        log.appendField(QStringLiteral("TransferNew"), core::FieldType::Int32);
-        log.open();
-        ctx.tables.LogContacts = makeContacts(QStringLiteral("LogContacts"));
-    }
-    void addLog(const QString& recordset, int32_t mark) {
-        auto& log = *ctx.tables.LogCalendar;
-        log.addNew();
-        log.setValue(QStringLiteral("Recordset"), recordset);
-        log.setValue(QStringLiteral("Transfernew"), mark);
+    // The program's own tables, pending and log tables included.
+    Rereads() { EXPECT_TRUE(tables::CreateInitAndSetAllRS(ctx)); }
+    void addPending(tables::Recordset& pending, int32_t mark) {
+        if (pending.name() == u"RSContactsPending")
+            addContactRow(pending, {{u"Transfernew", mark}});
+        else
+            addCalendarRow(pending, {{u"Transfernew", mark}});
     }
     test::RecordingRoads roads;
 };
 } // namespace
 
-// A row that went to the phone reads the phone again; the log table is cleared
-// whether or not such a row exists, and the PIM is read for a PIM row only.
-TEST_F(Rereads, ReadTheSideTheLogNames) {
-    reReadMobile(ctx, *ctx.tables.LogCalendar, roads);
-    EXPECT_TRUE(roads.calls.isEmpty());
-
-    addLog(QStringLiteral("RSCalendar"), 1);
-    reReadMobile(ctx, *ctx.tables.LogCalendar, roads);
-    EXPECT_TRUE(roads.calls.isEmpty());
-    EXPECT_EQ(ctx.tables.LogCalendar->recordCount(), 0);
-
-    addLog(QStringLiteral("RSCalendar"), 1);
-    addLog(QStringLiteral("RSCalendar"), 2);
-    reReadMobile(ctx, *ctx.tables.LogCalendar, roads);
-    EXPECT_EQ(roads.calls, QStringList{QStringLiteral("vCalReadMobile")});
-
-    addLog(QStringLiteral("RSCalendar"), 1);
-    reReadPIM(ctx, *ctx.tables.LogCalendar, roads);
-    EXPECT_EQ(roads.calls, (QStringList{QStringLiteral("vCalReadMobile"), QStringLiteral("vCalReadOutlook")}));
+// Declined changes leave the pending table they stand in, whatever side they were
+// bound for; the side of a change that was bound for it is read again, by the kind
+// the table holds. The log tables keep their rows.
+TEST_F(Rereads, ClearThePendingTableAndReadTheSideItNames) {
+    struct Case {
+        const char* what;
+        bool mobile;
+        bool contacts;
+        QList<int32_t> marks;
+        QStringList reads;
+    };
+    const QList<Case> cases = {
+        {"empty calendar table, phone", true, false, {}, {}},
+        {"calendar change for the PIM only, phone", true, false, {1}, {}},
+        {"calendar changes for both, phone", true, false, {1, 2}, {QStringLiteral("vCalReadMobile")}},
+        {"calendar change for the PIM, PIM", false, false, {1}, {QStringLiteral("vCalReadOutlook")}},
+        {"calendar change for the phone, PIM", false, false, {2}, {}},
+        {"contact change for the phone, phone", true, true, {0, 2}, {QStringLiteral("vCardReadMobile")}},
+        {"contact change for the PIM, PIM", false, true, {1}, {QStringLiteral("vCardReadOutlook")}},
+        {"contact change for the phone, PIM", false, true, {2}, {}},
+    };
+    addCalendarRow(cal(), {{u"Text", u"logged"}});
+    log::logWriteEntry(ctx, cal(), core::TsrError(), QStringLiteral("Test"), QStringLiteral("Rereads"));
+    ASSERT_EQ(ctx.tables.LogCalendar->recordCount(), 1);
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        tables::Recordset& pending = c.contacts ? *ctx.tables.RSContactsPending : *ctx.tables.RSCalendarPending;
+        tables::Recordset& other = c.contacts ? *ctx.tables.RSCalendarPending : *ctx.tables.RSContactsPending;
+        addPending(other, 2);
+        for (int32_t mark : c.marks)
+            addPending(pending, mark);
+        const qsizetype logRows = ctx.tables.LogCalendar->recordCount() + ctx.tables.LogContacts->recordCount();
+        roads.calls.clear();
+        if (c.mobile)
+            reReadMobile(ctx, pending, roads);
+        else
+            reReadPIM(ctx, pending, roads);
+        EXPECT_EQ(roads.calls, c.reads);
+        EXPECT_EQ(pending.recordCount(), 0);
+        EXPECT_EQ(other.recordCount(), 1) << "only the table handed is cleared";
+        EXPECT_EQ(ctx.tables.LogCalendar->recordCount() + ctx.tables.LogContacts->recordCount(), logRows);
+        tables::ClearRecordSet(other);
+    }
 }
 
 // The question names the entry and the sides it leaves; only OK confirms.

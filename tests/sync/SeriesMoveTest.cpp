@@ -6,6 +6,7 @@ using namespace tsr;
 using namespace tsr::sync;
 using core::DateSerial;
 using core::VbDate;
+using test::setFields;
 using test::SyncTest;
 
 namespace {
@@ -107,6 +108,57 @@ TEST_F(SeriesMove, WeeklySeries) {
     cal().moveNext();
     EXPECT_EQ(cal().value(QStringLiteral("Weekdaymask")).toInt64(), 2);
     EXPECT_EQ(date(u"StartDate"), DateSerial(2026, 12, 7));
+}
+
+// Where a series row can be read two ways, the reading that keeps it the same on
+// both sides: a weekly series of several days lands on its first day in the period
+// (the one the phone counts from), not on the last day a walk through the period
+// reaches; and both alarms move with the start by whole days, so they keep their
+// time and their lead, never landing behind the start they announce.
+TEST_F(SeriesMove, EveryRoadMovesBothAlarmsAndTakesTheFirstOccurrence) {
+    struct Case {
+        const char* kind;
+        VbDate start;
+        int64_t mask;
+        VbDate expected;
+    };
+    const QList<Case> cases = {
+        {"D", DateSerial(2026, 11, 20), 0, DateSerial(2026, 12, 1)},
+        {"M", DateSerial(2026, 3, 15), 0, DateSerial(2026, 12, 15)},
+        {"Y", DateSerial(2020, 12, 24), 0, DateSerial(2026, 12, 24)},
+        {"W", DateSerial(2026, 10, 5), 2, DateSerial(2026, 12, 7)},
+        // Monday, Wednesday and Friday: thirteen days of December lie in the mask.
+        {"W", DateSerial(2026, 10, 5), 2 + 8 + 32, DateSerial(2026, 12, 2)},
+    };
+    const double evenBefore = -1 + 0.75 - 0.5;       // 18:00 the day before a 12:00 start
+    const double twoDaysBefore = -2 - 15.0 / 1440.0; // 11:45 two days before
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.kind) + " mask " + std::to_string(c.mask));
+        tables::ClearRecordSet(cal());
+        addSeries(QString::fromLatin1(c.kind), c.start, c.mask);
+        const VbDate noon(c.start.value + 0.5);
+        setFields(cal(), {{u"StartTime", u"12:00:00"},
+                          {u"Start", noon},
+                          {u"DAlarm", VbDate(noon.value + evenBefore)},
+                          {u"AAlarmFlag", true},
+                          {u"AAlarm", VbDate(noon.value + twoDaysBefore)}});
+        calcnewStartDateSerie(ctx, cal());
+        cal().moveFirst();
+        EXPECT_EQ(date(u"StartDate"), c.expected);
+        const VbDate start(c.expected.value + 0.5);
+        EXPECT_EQ(date(u"Start"), start);
+        EXPECT_NEAR(date(u"DAlarm").value, start.value + evenBefore, 1e-9);
+        EXPECT_NEAR(date(u"AAlarm").value, start.value + twoDaysBefore, 1e-9);
+    }
+
+    // Without their flags the alarms stay where they were.
+    tables::ClearRecordSet(cal());
+    addSeries(QStringLiteral("D"), DateSerial(2026, 11, 20));
+    setFields(cal(), {{u"DAlarmFlag", false}});
+    const VbDate alarm = date(u"DAlarm");
+    calcnewStartDateSerie(ctx, cal());
+    cal().moveFirst();
+    EXPECT_EQ(date(u"DAlarm"), alarm);
 }
 
 // The counts look at EntryType only and keep the cursor; the old start is kept.

@@ -3,6 +3,8 @@
 #include "SyncTestSupport.h"
 #include "pim/local/LocalStore.h"
 
+#include <QDir>
+#include <QFile>
 #include <QTemporaryDir>
 
 using namespace tsr;
@@ -64,11 +66,33 @@ TEST_F(Verwaltung, MobileEntriesPruefungShrinksTheBuffer) {
     ctx.read.vCalMobileCount = 90;
     MobileEntriesPruefung(ctx);
     ASSERT_EQ(ui.boxes.size(), 1);
-    EXPECT_TRUE(ui.boxes.first().text.contains(QStringLiteral(" 10")));
+    // The new buffer stands between the texts, not behind them.
+    EXPECT_EQ(ui.boxes.first().text,
+              ctx.strings.text(694) + QStringLiteral(" 10 ") + ctx.strings.text(512) + u' ' + ctx.strings.text(703));
     EXPECT_EQ(ui.boxes.first().icon, core::MsgIcon::Exclamation);
     EXPECT_EQ(ctx.settings.freeMobileEntries, 10);
     EXPECT_EQ(ctx.read.FreeCalendarSlots, 90);
     EXPECT_EQ(ui.statusBarCount, 1);
+}
+
+// The status line the calendar's clear leaves shows the PIM rows as counted after the clear.
+TEST_F(Verwaltung, ClearAfterMobileErrorShowsTheNewCount) {
+    struct CountingUi : test::ScriptedUi {
+        explicit CountingUi(const core::ReadState& read) : m_read(read) {}
+        void SetStatusBarMobile() override { shown << m_read.vCalPIMCount; }
+        QList<int32_t> shown;
+        const core::ReadState& m_read;
+    } counting(ctx.read);
+    ctx.ui = &counting;
+    addCalendarRow(cal(), {{u"EntryType", int32_t(1)}, {u"PIM", true}});
+    addCalendarRow(cal(), {{u"EntryType", int32_t(3)}, {u"PIM", true}, {u"Mobile", true}});
+    addCalendarRow(cal(), {{u"EntryType", int32_t(2)}, {u"Mobile", true}});
+    ctx.read.vCalPIMCount = 9;
+    vCalClearAfterMobileError(ctx);
+    ctx.ui = &ui;
+    ASSERT_FALSE(counting.shown.isEmpty());
+    EXPECT_EQ(counting.shown.last(), 2);
+    EXPECT_EQ(counting.refreshed, QList<int>{0});
 }
 
 // The phone's side leaves the table: paired rows stay as PIM rows unless the
@@ -169,6 +193,71 @@ TEST_F(Verwaltung, InsertEntryFromStoreAppointment) {
     EXPECT_EQ(textOf(r, u"StartasText"), r.dateAsText(start));
 }
 
+// Monthly and yearly series by weekday come in as "M" and "Y" with the day modifier
+// the phone model takes; a rule the phone cannot keep comes in as a single entry.
+TEST_F(Verwaltung, InsertEntryByWeekdayAndUnknownPatterns) {
+    // An hourly rule, which the object model cannot describe, as another tool wrote it.
+    ASSERT_TRUE(QDir(dir.path()).mkpath(QStringLiteral("calendar")));
+    QFile ics(dir.filePath(QStringLiteral("calendar/h1.ics")));
+    ASSERT_TRUE(ics.open(QIODevice::WriteOnly));
+    ics.write("BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:x\r\nBEGIN:VEVENT\r\nUID:h1\r\n"
+              "DTSTART:20260401T080000\r\nDTEND:20260401T081500\r\nRRULE:FREQ=HOURLY;INTERVAL=6;COUNT=3\r\n"
+              "SUMMARY:Pill\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n");
+    ics.close();
+    auto items = folder(pim::olFolderCalendar)->Items();
+
+    struct Case {
+        const char* what;
+        int type; // -1: the hourly rule of the file
+        const char* model;
+        const char* kind;
+        const char* modKey;
+    };
+    const QList<Case> cases = {
+        {"second Tuesday of the month", pim::olRecursMonthNth, "Tessa X1", "M", "D"},
+        {"second Tuesday, a model without day modifier", pim::olRecursMonthNth, "Tessa P52", "M", ""},
+        {"monthly, Q33 keeps its modifier", pim::olRecursMonthNth, "Tessa Q33", "M", "D"},
+        {"last Friday of March", pim::olRecursYearNth, "Tessa X1", "Y", "D"},
+        {"last Friday of March, Q33", pim::olRecursYearNth, "Tessa Q33", "Y", ""},
+        {"hourly", -1, "Tessa X1", "", ""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        ctx.phone.MobileModel = QString::fromLatin1(c.model);
+        std::shared_ptr<pim::AppointmentItem> item;
+        if (c.type < 0) {
+            item = pim::asAppointment(items->Find(QStringLiteral("[Subject] = 'Pill'")));
+        } else {
+            item = pim::asAppointment(items->Add());
+            item->setSubject(QString::fromLatin1(c.what));
+            item->setStart(VbDate(DateSerial(2026, 3, 10).value + 0.5));
+            item->setEnd(VbDate(DateSerial(2026, 3, 10).value + 0.55));
+            auto pattern = item->GetRecurrencePattern();
+            pattern->setRecurrenceType(c.type);
+            pattern->setDayOfWeekMask(c.type == pim::olRecursMonthNth ? 4 : 32);
+            pattern->setInstance(c.type == pim::olRecursMonthNth ? 2 : 5);
+            if (c.type == pim::olRecursYearNth)
+                pattern->setMonthOfYear(3);
+            item->Save();
+        }
+        ASSERT_TRUE(item);
+        ASSERT_TRUE(item->IsRecurring());
+        auto scratch = makeCalendar(QStringLiteral("scratch"));
+        tables::vCalCreateNewRecord(*scratch);
+        InsertEntry(ctx, *item, *scratch);
+        const QString kind = QString::fromLatin1(c.kind);
+        EXPECT_EQ(textOf(*scratch, u"RecurrenceType"), kind);
+        EXPECT_EQ(scratch->value(QStringLiteral("ISRecurring")).toBool(), !kind.isEmpty());
+        if (kind.isEmpty())
+            continue;
+        EXPECT_EQ(textOf(*scratch, u"Serie"), kind);
+        EXPECT_EQ(textOf(*scratch, u"RecurrenceFrequenz"), kind);
+        EXPECT_EQ(scratch->value(QStringLiteral("RecurrenceIntervall")).toInt64(), 1);
+        EXPECT_EQ(textOf(*scratch, u"ModKey"), QString::fromLatin1(c.modKey));
+        EXPECT_EQ(scratch->value(QStringLiteral("PIMRecPatt")).toDate(), DateSerial(2026, 3, 10));
+    }
+}
+
 // A PIM contact fills the row and its PIM mirrors; the address follows the company;
 // VIP in any case counts; a phone row becomes paired, a paired row stays.
 TEST_F(Verwaltung, vCardInsertEntryFromStoreContact) {
@@ -201,4 +290,14 @@ TEST_F(Verwaltung, vCardInsertEntryFromStoreContact) {
     vCardInsertEntry(ctx, *item, contacts());
     EXPECT_EQ(textOf(contacts(), u"City"), QStringLiteral("Wien"));
     EXPECT_EQ(contacts().value(QStringLiteral("EntryType")).toInt32(), 1);
+
+    // A paired row stays paired, keeps its phone's number and takes the PIM's values.
+    item->setLastName(QStringLiteral("Huber-Lang"));
+    setFields(contacts(), {{u"EntryType", int32_t(3)}, {u"Mobile", true}, {u"MobileID", u"17"}});
+    vCardInsertEntry(ctx, *item, contacts());
+    EXPECT_EQ(contacts().value(QStringLiteral("EntryType")).toInt32(), 3);
+    EXPECT_TRUE(contacts().value(QStringLiteral("Mobile")).toBool());
+    EXPECT_EQ(textOf(contacts(), u"MobileID"), QStringLiteral("17"));
+    EXPECT_EQ(textOf(contacts(), u"LastName"), QStringLiteral("Huber-Lang"));
+    EXPECT_EQ(textOf(contacts(), u"PIMLastName"), QStringLiteral("Huber-Lang"));
 }

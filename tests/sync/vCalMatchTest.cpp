@@ -129,6 +129,37 @@ TEST_F(vCalMatch, CallTextsCutAtPhonecallLength) {
     EXPECT_TRUE(find(*entryTable));
 }
 
+// A call is significant for 40 characters, so call texts of 32 to 39 characters
+// that agree only in the first 32 never pair, whichever side holds the call; at 40
+// characters on both sides the cut applies and the first 40 decide.
+TEST_F(vCalMatch, CallTextsOf32To39CharactersDoNotPairOnTheirFirst32) {
+    const QString base = QStringLiteral("Call Anna back about the invoice");
+    ASSERT_EQ(base.size(), 32);
+    for (int n = 32; n <= 39; ++n) {
+        SCOPED_TRACE(n);
+        const QString rowText = base + QString(n - 32, u'r');
+        const QString entryText = base + QString(n - 31, u'e');
+        // The call in the phone's row of the table, a fresh PIM entry.
+        tables::ClearRecordSet(cal());
+        addCalendarRow(cal(), {{u"Mobile", true},
+                               {u"EntryType", int32_t(2)},
+                               {u"Typ", u"3"},
+                               {u"StartasText", kStart},
+                               {u"StartTime", u"09:00:00"},
+                               {u"Text", rowText},
+                               {u"EntryID", u"3"}});
+        EXPECT_FALSE(find(pimEntry(entryText, QStringLiteral("u1"))));
+        // The call in the fresh phone entry, a PIM row in the table.
+        tables::ClearRecordSet(cal());
+        addPimRow(rowText);
+        EXPECT_FALSE(find(mobileEntry(entryText, {{u"Typ", u"3"}})));
+    }
+    const QString forty = base + QStringLiteral("12345678");
+    tables::ClearRecordSet(cal());
+    addPimRow(forty + QStringLiteral("-pim"));
+    EXPECT_TRUE(find(mobileEntry(forty + QStringLiteral("-phone"), {{u"Typ", u"3"}})));
+}
+
 // A paired row pairs again only with the PIM item or phone entry it holds.
 TEST_F(vCalMatch, IdentityKeepsTwinsApart) {
     addPimRow(QStringLiteral("Dentist"), {{u"EntryType", int32_t(3)}, {u"UID", u"A"}, {u"EntryID", u"5"}});

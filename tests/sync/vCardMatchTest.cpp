@@ -67,19 +67,30 @@ TEST_F(vCardMatch, FieldTestsWithTheirLengths) {
                       {{u"FirstName", u"Maximilian-Alexa"}, {u"City", u"Munich"}, {u"URL", u"http://example.org"}})));
 }
 
-// A name with a single quote is found by walking the (sorted) rows, not by a search.
+// A name with a single quote is found by walking the rows, not by a search. The
+// walk stops at a row whose name sorts after it; that row goes through the field
+// tests, and the loop ends only with the table.
 TEST_F(vCardMatch, NameWithQuoteIsWalkedTo) {
-    addMobileContact(QStringLiteral("Adams"));
+    // "de Vries" sorts after "O'Neil" (lower case after upper): the walk stops there first.
+    addMobileContact(QStringLiteral("de Vries"), {{u"FirstName", u"Aaron"}, {u"MobileID", u"10"}});
     addMobileContact(QStringLiteral("O'Neil"), {{u"MobileID", u"20"}});
-    addMobileContact(QStringLiteral("Smith"));
+    addMobileContact(QStringLiteral("Smith"), {{u"FirstName", u"Bert"}, {u"MobileID", u"30"}});
     EXPECT_TRUE(find(pimEntry(QStringLiteral("O'Neil"))));
     EXPECT_EQ(textOf(contacts(), u"MobileID"), QStringLiteral("20"));
-    // The walk stops at a name that sorts after it and the table goes back.
+
+    // No row agrees in the fields: the walk reaches the end and the table goes back.
     contacts().setAbsolutePosition(3);
-    EXPECT_FALSE(find(pimEntry(QStringLiteral("O'Brien"))));
+    EXPECT_FALSE(find(pimEntry(QStringLiteral("O'Brien"), {{u"FirstName", u"Cleo"}})));
     EXPECT_EQ(contacts().absolutePosition(), 3);
+
+    // The row the walk stopped at pairs when every field test and the identity pass.
+    EXPECT_TRUE(find(pimEntry(QStringLiteral("D'Angelo"), {{u"FirstName", u"Aaron"}})));
+    EXPECT_EQ(textOf(contacts(), u"MobileID"), QStringLiteral("10"));
+
+    // Case counts; the walk stands where it stopped.
     contacts().moveFirst();
-    EXPECT_FALSE(vCardFindLastName(ctx, contacts(), QStringLiteral("o'neil")));
+    EXPECT_FALSE(vCardFindLastName(ctx, contacts(), QStringLiteral("O'NEIL")));
+    EXPECT_EQ(textOf(contacts(), u"LastName"), QStringLiteral("de Vries"));
 }
 
 // Identity: a paired row pairs again only with the UID or MobileID it holds.

@@ -5,7 +5,7 @@
 #include "core/Error.h"
 #include "pim/Pim.h"
 
-#include <QRegularExpression>
+#include <QStringDecoder>
 #include <QTimeZone>
 
 namespace tsr::pim::local {
@@ -35,6 +35,86 @@ QByteArray decodeQuotedPrintable(const QByteArray& in) {
     return out;
 }
 
+// Where the name and parameters of a line end: its first colon outside quotes, or -1.
+qsizetype headEnd(const QByteArray& line) {
+    bool quoted = false;
+    for (qsizetype i = 0; i < line.size(); ++i) {
+        if (line[i] == '"')
+            quoted = !quoted;
+        else if (line[i] == ':' && !quoted)
+            return i;
+    }
+    return -1;
+}
+
+// Text as UTF-8 when it is valid UTF-8; other bytes are an 8-bit text of old
+// phones and programs, read byte for byte rather than each turned into U+FFFD,
+// so that two such values stay apart and read back the same once written.
+QString decodeText(const QByteArray& bytes) {
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString text = utf8.decode(bytes);
+    return utf8.hasError() ? QString::fromLatin1(bytes) : text;
+}
+
+// The name and the parameters of a head, split at semicolons outside quotes.
+QStringList headParts(const QString& head) {
+    QStringList parts;
+    QString current;
+    bool quoted = false;
+    for (QChar c : head) {
+        if (c == u'"')
+            quoted = !quoted;
+        if (c == u';' && !quoted) {
+            parts << current;
+            current.clear();
+        } else {
+            current += c;
+        }
+    }
+    parts << current;
+    return parts;
+}
+
+// A parameter as key (upper case, empty for a bare 2.1 value) and value, the
+// value without its quotes and with the ^ escapes of parameter values undone.
+std::pair<QString, QString> splitParam(const QString& part) {
+    const qsizetype eq = part.indexOf(u'=');
+    const QString key = eq < 0 ? QString() : part.left(eq).toUpper();
+    QString value = eq < 0 ? part : part.mid(eq + 1);
+    if (value.startsWith(u'"') && value.endsWith(u'"') && value.size() >= 2)
+        value = value.mid(1, value.size() - 2);
+    QString out;
+    out.reserve(value.size());
+    for (qsizetype i = 0; i < value.size(); ++i) {
+        const QChar next = i + 1 < value.size() ? value[i + 1] : QChar();
+        if (value[i] == u'^' && (next == u'^' || next == u'\'' || next == u'n' || next == u'N')) {
+            out += next == u'^' ? QChar(u'^') : next == u'\'' ? QChar(u'"') : QChar(u'\n');
+            ++i;
+        } else {
+            out += value[i];
+        }
+    }
+    return {key, out};
+}
+
+bool isQuotedPrintable(const std::pair<QString, QString>& param) {
+    return (param.first == u"ENCODING" || param.first.isEmpty()) &&
+           param.second.compare(QStringLiteral("QUOTED-PRINTABLE"), Qt::CaseInsensitive) == 0;
+}
+
+// True when the line's own parameters declare quoted-printable, not when the
+// words stand somewhere in its value.
+bool declaresQuotedPrintable(const QByteArray& line) {
+    const qsizetype colon = headEnd(line);
+    if (colon < 0)
+        return false;
+    const QStringList parts = headParts(decodeText(line.left(colon)));
+    for (qsizetype i = 1; i < parts.size(); ++i)
+        if (isQuotedPrintable(splitParam(parts[i])))
+            return true;
+    return false;
+}
+
 // Unfolds the lines: a line that begins with a blank continues the one before;
 // a quoted-printable line that ends in "=" continues on the next.
 QList<QByteArray> logicalLines(const QByteArray& text) {
@@ -46,7 +126,7 @@ QList<QByteArray> logicalLines(const QByteArray& text) {
             lines.last() += line.mid(1);
             continue;
         }
-        if (!lines.isEmpty() && lines.last().endsWith('=') && lines.last().toUpper().contains("QUOTED-PRINTABLE")) {
+        if (!lines.isEmpty() && lines.last().endsWith('=') && declaresQuotedPrintable(lines.last())) {
             lines.last().chop(1);
             lines.last() += line;
             continue;
@@ -56,24 +136,36 @@ QList<QByteArray> logicalLines(const QByteArray& text) {
     return lines;
 }
 
+// Names of groups, properties and parameters are words of letters, digits,
+// "-" and "_"; anything else could not be written back as it was read.
+bool isName(const QString& name) {
+    if (name.isEmpty())
+        return false;
+    for (QChar c : name)
+        if (!(c.unicode() < 128 && (c.isLetterOrNumber() || c == u'-' || c == u'_')))
+            return false;
+    return true;
+}
+
+// The first name of a property that is no such word, for the error; empty when all are.
+QString badName(const VCardProperty& p) {
+    if (!p.group.isEmpty() && !isName(p.group))
+        return p.group;
+    if (!isName(p.name))
+        return p.name;
+    for (const auto& param : p.params)
+        if (!param.first.isEmpty() && !isName(param.first))
+            return param.first;
+    return {};
+}
+
 VCardProperty parseLine(const QByteArray& line) {
     VCardProperty p;
-    // The name and parameters end at the first colon outside quotes.
-    qsizetype colon = -1;
-    bool quoted = false;
-    for (qsizetype i = 0; i < line.size(); ++i) {
-        if (line[i] == '"')
-            quoted = !quoted;
-        else if (line[i] == ':' && !quoted) {
-            colon = i;
-            break;
-        }
-    }
+    const qsizetype colon = headEnd(line);
     if (colon < 0)
         return p;
-    const QString head = QString::fromUtf8(line.left(colon));
     QByteArray raw = line.mid(colon + 1);
-    QStringList parts = head.split(u';');
+    QStringList parts = headParts(decodeText(line.left(colon)));
     QString name = parts.takeFirst();
     const qsizetype dot = name.indexOf(u'.');
     if (dot >= 0) {
@@ -84,28 +176,50 @@ VCardProperty parseLine(const QByteArray& line) {
     QString charset;
     bool qp = false;
     for (const QString& part : parts) {
-        const qsizetype eq = part.indexOf(u'=');
-        const QString key = eq < 0 ? QString() : part.left(eq).toUpper();
-        QString value = eq < 0 ? part : part.mid(eq + 1);
-        if (value.startsWith(u'"') && value.endsWith(u'"') && value.size() >= 2)
-            value = value.mid(1, value.size() - 2);
-        if ((key == u"ENCODING" && value.toUpper() == u"QUOTED-PRINTABLE") ||
-            (key.isEmpty() && value.toUpper() == u"QUOTED-PRINTABLE")) {
+        auto param = splitParam(part);
+        if (isQuotedPrintable(param)) {
             qp = true;
             continue;
         }
-        if (key == u"CHARSET") {
-            charset = value;
+        if (param.first == u"CHARSET") {
+            charset = param.second;
             continue;
         }
-        p.params.append({key, value});
+        // "X;=a" names no parameter: it keeps a name that is none, so the reader refuses it.
+        if (part.startsWith(u'='))
+            param.first = QStringLiteral("=");
+        p.params.append(param);
     }
-    if (qp)
+    if (qp) {
         raw = decodeQuotedPrintable(raw);
+        // A decoded line break becomes the escaped one of the written form, so the value stays one line.
+        raw.replace("\r\n", "\\n");
+        raw.replace("\n", "\\n");
+    }
     p.value = charset.isEmpty() || charset.compare(QStringLiteral("UTF-8"), Qt::CaseInsensitive) == 0
-                  ? QString::fromUtf8(raw)
+                  ? decodeText(raw)
                   : QString::fromLatin1(raw);
     return p;
+}
+
+// A parameter value as written: quoted when it holds ":" or ";", with "^", a
+// line break and a double quote in the ^ escapes, the one way to carry a quote.
+QString paramText(const QString& value) {
+    QString out;
+    out.reserve(value.size());
+    for (QChar c : value) {
+        if (c == u'^')
+            out += QStringLiteral("^^");
+        else if (c == u'"')
+            out += QStringLiteral("^'");
+        else if (c == u'\n')
+            out += QStringLiteral("^n");
+        else
+            out += c;
+    }
+    if (out.contains(u':') || out.contains(u';'))
+        return u'"' + out + u'"';
+    return out;
 }
 
 QByteArray foldLine(const QByteArray& line) {
@@ -250,6 +364,11 @@ std::unique_ptr<ContactData> parseVCard(const QByteArray& text, const QString& p
                 corrupt(path, QStringLiteral("the line \"%1\" has no value").arg(QString::fromUtf8(line.left(40))));
             continue;
         }
+        if (inside) {
+            const QString bad = badName(p);
+            if (!bad.isEmpty())
+                corrupt(path, QStringLiteral("\"%1\" is not a name").arg(bad.left(40)));
+        }
         if (p.name == u"BEGIN" && p.value.trimmed().toUpper() == u"VCARD") {
             if (inside)
                 corrupt(path, QStringLiteral("a vCard begins inside another"));
@@ -285,7 +404,7 @@ QByteArray writeVCard(ContactData& contact, core::VbDate now) {
     for (const VCardProperty& p : contact.props) {
         QString head = p.group.isEmpty() ? p.name : p.group + u'.' + p.name;
         for (const auto& [key, value] : p.params)
-            head += u';' + (key.isEmpty() ? QStringLiteral("TYPE=") + value : key + u'=' + value);
+            head += u';' + (key.isEmpty() ? QStringLiteral("TYPE") : key) + u'=' + paramText(value);
         out += foldLine((head + u':' + p.value).toUtf8());
     }
     out += "END:VCARD\r\n";
