@@ -5,6 +5,8 @@
 // the model.
 #pragma once
 
+#include "core/LineSettings.h"
+
 #include <QString>
 #include <cstdint>
 
@@ -12,6 +14,7 @@ namespace tsr::core {
 
 struct PhoneState {
     QString ATCPort = QStringLiteral("COM1"); // the port of the AT-command server
+    LineSettings Line;                        // the serial line's settings for that port
     QString MobileManufacturer;
     QString MobileModel;
     int16_t FirstIndex = 0;

@@ -77,11 +77,11 @@ public:
     // The main window comes to the screen at the end of the deferred start.
     virtual void showMainWindow() {}
 
-    // The hourglass while a long step runs, the normal pointer after it.
-    virtual void busyCursor(bool on) { (void)on; }
 
     // The status line shows the phone's state and the entry counts anew.
     virtual void SetStatusBarMobile() {}
+    // The busy cursor while the phone works on a single step; false puts the normal one back.
+    virtual void setBusyCursor(bool busy) { (void)busy; }
     // The compare dialog for a contact changed on both sides since the last run,
     // modal over the main window: 1 the phone's data overwrite the PIM's, 2 the
     // PIM's overwrite the phone's, anything else leaves both.

@@ -152,7 +152,7 @@ void ActiveBar21_ToolClick(core::Context& ctx, const QString& tool) {
             f.GlobalBusy = false;
             OnOffActiveBar(ctx);
             f.GlobalEditorOpen = false;
-            ctx.ui->busyCursor(false);
+            ctx.ui->setBusyCursor(false);
             ctx.read.vCalPIMRead = ctx.read.vCalPIMCount > 0;
         }
         SetMenus_Click(ctx);
@@ -222,7 +222,7 @@ void ReadOrganizer(core::Context& ctx, List list) {
         if (pending == Pending::Yes && !transferActive(ctx))
             return;
         phone::LiveRoads roads;
-        ctx.ui->busyCursor(true);
+        ctx.ui->setBusyCursor(true);
         if (wantsCalendar(ctx, list)) {
             pim::vCalReadOutlook(ctx, *ctx.tables.RSCalendar, false);
             if (pending == Pending::No)
@@ -233,7 +233,7 @@ void ReadOrganizer(core::Context& ctx, List list) {
             if (pending == Pending::No)
                 sync::reReadMobile(ctx, *ctx.tables.RSContactsPending, roads);
         }
-        ctx.ui->busyCursor(false);
+        ctx.ui->setBusyCursor(false);
         ctx.ui->refreshGrid(contactsActive(ctx) ? 1 : 0);
     });
 }
@@ -283,7 +283,7 @@ void ClearMobile(core::Context& ctx, List list) {
         const bool contacts = wantsContacts(ctx, list) && ctx.read.vCardMobileCount >= 1;
         if (!calendar && !contacts)
             return; // an empty phone: nothing to do, nothing shown
-        ctx.ui->busyCursor(true);
+        ctx.ui->setBusyCursor(true);
         if (phone::InitComm(ctx)) {
             if (contacts)
                 phone::vCardClearMobile(ctx);
@@ -291,7 +291,7 @@ void ClearMobile(core::Context& ctx, List list) {
                 phone::vCalClearMobile(ctx);
             phone::DeinitComm(ctx);
         }
-        ctx.ui->busyCursor(false);
+        ctx.ui->setBusyCursor(false);
     });
 }
 
@@ -308,11 +308,11 @@ void Transfer(core::Context& ctx, List list) {
 
 void TestMobile_Click(core::Context& ctx) {
     core::guarded(ctx, kModul, QStringLiteral("TestMobile_Click"), [&] {
-        ctx.ui->busyCursor(true);
+        ctx.ui->setBusyCursor(true);
         ctx.status.Start(ctx.title(), false);
         ctx.status.SetText(ctx.strings.text(471));
         const bool there = ctx.flags.GDX_Check && phone::GDXInfoAll(ctx, ctx.servers.GDXServer, ctx.phone.CalPath);
-        ctx.ui->busyCursor(false);
+        ctx.ui->setBusyCursor(false);
         if (there) {
             // The dialog stays open with the phone's name and "Mobile OK".
             ctx.status.SetText(ctx.phone.MobileManufacturer + u' ' + ctx.phone.MobileModel + u'\r' +

@@ -44,6 +44,12 @@ void appendCopy(tables::Recordset& target, const tables::Recordset& source) {
     }
 }
 
+// The part of a file name before its first "."; a name without "." has none.
+QString indexPartOf(const QString& file) {
+    const qsizetype dot = file.indexOf(u'.');
+    return dot < 0 ? QString() : file.left(dot);
+}
+
 } // namespace
 
 int16_t storeCapacity(int16_t first, int16_t last) {
@@ -51,19 +57,19 @@ int16_t storeCapacity(int16_t first, int16_t last) {
 }
 
 bool ATCTest(core::Context& ctx) {
-    try {
-        atcServer(ctx);
-    } catch (const std::exception& e) {
-        core::raise(-1990, QStringLiteral("ATCTEST"),
-                    QString::fromLocal8Bit(e.what()) +
-                        QStringLiteral("\r\nGDX server software could not be found.\r\nPlease make sure, that the GDX "
-                                       "software is installed correctly on your system!"));
-    }
-    if (!ctx.servers.ATCServer)
-        core::raise(-1990, QStringLiteral("ATCTEST"),
-                    QStringLiteral("\r\nGDX server software could not be found.\r\nPlease make sure, that the GDX "
-                                   "software is installed correctly on your system!"));
-    return true;
+    // The failure is reported here, under ATCTest's own name, and the start goes on without the phone.
+    return core::guarded(ctx, kATC, QStringLiteral("ATCTest"), false, [&] {
+        const QString advice = QStringLiteral("\r\nGDX server software could not be found.\r\nPlease make sure, that "
+                                              "the GDX software is installed correctly on your system!");
+        try {
+            atcServer(ctx);
+        } catch (const std::exception& e) {
+            core::raise(-1990, QStringLiteral("ATCTEST"), QString::fromLocal8Bit(e.what()) + advice);
+        }
+        if (!ctx.servers.ATCServer)
+            core::raise(-1990, QStringLiteral("ATCTEST"), advice);
+        return true;
+    });
 }
 
 bool ATCInfo(core::Context& ctx) {
@@ -103,7 +109,7 @@ bool ATCWriteAppointment(core::Context& ctx, const QByteArray& text, const QStri
     return core::guarded(ctx, kATC, QStringLiteral("ATCWriteAppointment"), false, [&] {
         ATCServer& server = guard(ctx);
         ctx.read.MobileConnected = true;
-        const int index = int(core::Val(file.section(u'.', 0, 0)));
+        const int index = int(core::Val(indexPartOf(file)));
         // An entry the phone holds is replaced by delete then write; a new one is only written.
         bool deleteFirst = false;
         if (file.contains(QLatin1String("vcs")))
@@ -142,19 +148,28 @@ bool ATCRemoveEntryFromMobile(core::Context& ctx, tables::Recordset& row) {
             lowerMobileCount(ctx);
             return true;
         }
+        // A failed delete is reported, and still gets its log row with the error, after the cursor is back.
         bool result = false;
-        if (row.value(QStringLiteral("Recordset")).toText() == QLatin1String("RSCalendar")) {
-            const int index = row.value(QStringLiteral("SubType")).toInt32();
-            dumpItem(QString(), QString::number(index), QByteArray(), QStringLiteral("Delete:"));
-            server.DeleteEntry(index);
-            result = true;
-            if (!ctx.flags.GlobalTransferRun)
-                lowerMobileCount(ctx);
+        core::TsrError failure;
+        ctx.ui->setBusyCursor(true);
+        try {
+            if (row.value(QStringLiteral("Recordset")).toText() == QLatin1String("RSCalendar")) {
+                const int index = row.value(QStringLiteral("SubType")).toInt32();
+                dumpItem(QString(), QString::number(index), QByteArray(), QStringLiteral("Delete:"));
+                server.DeleteEntry(index);
+                result = true;
+                if (!ctx.flags.GlobalTransferRun)
+                    lowerMobileCount(ctx);
+            }
+        } catch (const core::TsrError& e) {
+            failure = e;
         }
+        ctx.ui->setBusyCursor(false);
+        if (failure.number() != 0)
+            core::ErrorReport(ctx, failure, kATC, QStringLiteral("ATCRemoveEntryFromMobile"));
         ctx.log.LogTransfer = QStringLiteral("Mobile");
         ctx.log.LogAction = log::logActionDeleted(ctx);
-        log::logWriteEntry(ctx, row, core::TsrError(), QStringLiteral("Mobile"),
-                           QStringLiteral("RemoveEntryFromMobile"));
+        log::logWriteEntry(ctx, row, failure, QStringLiteral("Mobile"), QStringLiteral("RemoveEntryFromMobile"));
         return result;
     });
 }

@@ -16,14 +16,15 @@ class Recordset;
 
 namespace tsr::phone {
 
-// Makes the server in its slot. Raises -1990 (source "ATCTEST") when there is none.
+// Makes the server in its slot. When there is none it reports -1990 (source "ATCTEST") itself and gives false.
 bool ATCTest(core::Context& ctx);
 // Identification and the calendar store's bounds and capacity.
 bool ATCInfo(core::Context& ctx);
 bool ATCGetSingleMobileEntry(core::Context& ctx, QByteArray& text, int index);
-// Writes one record; the index is the number before the first "." of `file`.
+// Writes one record; the index is the number before the first "." of `file` (0 when it has no ".").
 bool ATCWriteAppointment(core::Context& ctx, const QByteArray& text, const QString& file);
-// Deletes the row's entry from the phone, or notes the wish in SaveTyp 2.
+// Deletes the row's entry from the phone under the busy cursor and logs the row, failed or not;
+// or notes the wish in SaveTyp 2.
 bool ATCRemoveEntryFromMobile(core::Context& ctx, tables::Recordset& row);
 
 // The capacity of a store with the given bounds: a zero-based store holds one more.

@@ -4,15 +4,21 @@
 #include "core/Error.h"
 
 #include <QDeadlineTimer>
+#include <QRandomGenerator>
 #include <QSerialPort>
+#include <algorithm>
 
 namespace tsr::phone {
 
 namespace {
 
 const QString kSource = QStringLiteral("ATCServer");
-// How long the line must stay quiet before a freshly opened device counts as clean.
-constexpr int kQuietMs = 20;
+// Beyond the phone's pause: the last bytes of a broken write may still be crossing the line.
+constexpr int kPauseMarginMs = 300;
+
+bool isFinalResult(const QByteArray& line) {
+    return line == "OK" || line == "ERROR" || line.startsWith("+CME ERROR:") || line.startsWith("+CMS ERROR:");
+}
 
 // "+CME ERROR: 22" and "+CMS ERROR: 22" give 22; anything else -1.
 int phoneErrorNumber(const QByteArray& line) {
@@ -62,7 +68,16 @@ void ATCServer::setPort(const QString& port) {
         return;
     closeDevice();
     m_port = port;
+    m_first = m_last = -1;
+    m_rangeRead = true;
     ++m_portChanges;
+}
+
+void ATCServer::setLineSettings(const core::LineSettings& line) {
+    if (line == m_line)
+        return;
+    closeDevice();
+    m_line = line;
 }
 
 bool ATCServer::isOpen() const {
@@ -79,6 +94,13 @@ void ATCServer::closeDevice() {
         m_serial.reset();
     }
     m_buffer.clear();
+    forgetReadAhead();
+}
+
+void ATCServer::failFraming(const QString& description) {
+    // What is left of this answer would be read as the next one's: start that one on a fresh line.
+    closeDevice();
+    fail(atc::GeneralFailure, description);
 }
 
 void ATCServer::ensureOpen() {
@@ -99,25 +121,114 @@ void ATCServer::openDevice() {
             fail(atc::AccessDenied, QStringLiteral("Access to %1 denied: %2").arg(path, text));
         fail(atc::NoDevice, QStringLiteral("The device %1 cannot be opened: %2").arg(path, text));
     }
-    m_serial->setBaudRate(QSerialPort::Baud115200);
-    m_serial->setDataBits(QSerialPort::Data8);
-    m_serial->setParity(QSerialPort::NoParity);
-    m_serial->setStopBits(QSerialPort::OneStop);
-    m_serial->setFlowControl(QSerialPort::NoFlowControl);
-    drainStaleAnswer();
-    // Echo off and numeric error results; the phone must answer both.
-    transact(QByteArrayLiteral("ATE0"), -1, nullptr);
-    transact(QByteArrayLiteral("AT+CMEE=1"), -1, nullptr);
+    applyLineSettings(path);
+    waitOutBrokenWrite();
+    probe();
+    // Echo off and numeric error results; a line without both is closed again, not used half set up.
+    setUp(QByteArrayLiteral("ATE0"));
+    setUp(QByteArrayLiteral("AT+CMEE=1"));
 }
 
-void ATCServer::drainStaleAnswer() {
-    // A phone may still be sending the answer to a host that left: a stale final result
-    // would be taken for ours. Read until the line has been quiet for a moment.
+void ATCServer::applyLineSettings(const QString& path) {
+    using Line = core::LineSettings;
+    const QSerialPort::Parity parity = m_line.parity == Line::Parity::Even    ? QSerialPort::EvenParity
+                                       : m_line.parity == Line::Parity::Odd   ? QSerialPort::OddParity
+                                       : m_line.parity == Line::Parity::Mark  ? QSerialPort::MarkParity
+                                       : m_line.parity == Line::Parity::Space ? QSerialPort::SpaceParity
+                                                                              : QSerialPort::NoParity;
+    const QSerialPort::StopBits stopBits = m_line.stopBits == Line::StopBits::Two          ? QSerialPort::TwoStop
+                                           : m_line.stopBits == Line::StopBits::OneAndHalf ? QSerialPort::OneAndHalfStop
+                                                                                           : QSerialPort::OneStop;
+    const QSerialPort::FlowControl flow = m_line.flow == Line::Flow::Hardware   ? QSerialPort::HardwareControl
+                                          : m_line.flow == Line::Flow::Software ? QSerialPort::SoftwareControl
+                                                                                : QSerialPort::NoFlowControl;
+    const bool taken = m_serial->setBaudRate(m_line.Speed) &&
+                       m_serial->setDataBits(QSerialPort::DataBits(m_line.DataBits)) && m_serial->setParity(parity) &&
+                       m_serial->setStopBits(stopBits) && m_serial->setFlowControl(flow);
+    if (!taken) {
+        const QString text = m_serial->errorString();
+        closeDevice();
+        fail(atc::GeneralFailure, QStringLiteral("The device %1 does not take the line settings (%2 baud, %3 data "
+                                                 "bits): %4")
+                                      .arg(path)
+                                      .arg(m_line.Speed)
+                                      .arg(m_line.DataBits)
+                                      .arg(text));
+    }
+}
+
+void ATCServer::waitOutBrokenWrite() {
+    // A phone that still waits for the rest of a record would take our commands for its bytes.
+    // It drops the upload after its pause and says so with a final result: wait for that, or for
+    // the pause to pass in silence (the result may have come before the device was closed).
     m_serial->clear();
+    if (!m_writeBroken)
+        return;
+    m_writeBroken = false;
+    QByteArray line;
+    QDeadlineTimer quiet(kUploadPauseMs + kPauseMarginMs);
+    const QDeadlineTimer limit(kUploadPauseMs + kPauseMarginMs + m_timeoutMs);
+    while (!quiet.hasExpired() && !limit.hasExpired()) {
+        if (!m_serial->waitForReadyRead(int(std::min(quiet.remainingTime(), limit.remainingTime())))) {
+            if (lineIsDead())
+                break;
+            continue;
+        }
+        quiet.setRemainingTime(kUploadPauseMs + kPauseMarginMs);
+        line += m_serial->readAll();
+        qsizetype eol = -1;
+        while ((eol = line.indexOf("\r\n")) >= 0) {
+            const QByteArray piece = line.left(eol).trimmed();
+            line.remove(0, eol + 2);
+            if (isFinalResult(piece))
+                return;
+        }
+    }
+}
+
+void ATCServer::probe() {
+    // A token the phone sends back: the answer that carries it is the answer to this command, and
+    // whatever came before it (the rest of an answer to a host that left) is passed over.
+    ++m_commands;
+    const QByteArray token = QByteArray::number(QRandomGenerator::global()->generate64(), 16).toUpper();
+    const QByteArray cmd = "AT$ECHO=" + token;
+    const QByteArray expected = "$ECHO: " + token;
     const qint64 deadline = QDeadlineTimer::current().deadline() + m_timeoutMs;
-    while (m_serial->waitForReadyRead(kQuietMs) && QDeadlineTimer::current().deadline() < deadline)
-        m_serial->readAll();
     m_serial->readAll();
+    m_buffer.clear();
+    sendAll(cmd + '\r', deadline);
+    bool answered = false;
+    for (;;) {
+        const qsizetype eol = m_buffer.indexOf("\r\n");
+        if (eol < 0) {
+            waitForData(deadline, cmd);
+            continue;
+        }
+        const QByteArray line = m_buffer.left(eol).trimmed();
+        m_buffer.remove(0, eol + 2);
+        if (!answered) {
+            answered = line == expected;
+            continue;
+        }
+        if (line.isEmpty())
+            continue;
+        if (line == "OK")
+            return;
+        closeDevice();
+        if (const int n = phoneErrorNumber(line); n >= 0)
+            fail(atc::PhoneErrorBase + n, QString::fromLatin1(line));
+        fail(atc::GeneralFailure, QStringLiteral("Unexpected answer to the probe: %1").arg(QString::fromLatin1(line)));
+    }
+}
+
+void ATCServer::setUp(const QByteArray& cmd) {
+    try {
+        transact(cmd, Blocks::none(), nullptr);
+    } catch (const core::TsrError& e) {
+        closeDevice();
+        fail(e.number(), QStringLiteral("The line to the mobile could not be set up: %1 failed (%2)")
+                             .arg(QString::fromLatin1(cmd), e.description()));
+    }
 }
 
 bool ATCServer::lineIsDead() const {
@@ -167,12 +278,12 @@ void ATCServer::sendAll(const QByteArray& bytes, qint64 deadline) {
     }
 }
 
-ATCServer::Reply ATCServer::command(const QByteArray& cmd, int payloadFor) {
+ATCServer::Reply ATCServer::command(const QByteArray& cmd, Blocks blocks) {
     ensureOpen();
-    return transact(cmd, payloadFor, nullptr);
+    return transact(cmd, blocks, nullptr);
 }
 
-ATCServer::Reply ATCServer::transact(const QByteArray& cmd, int payloadFor, const QByteArray* upload) {
+ATCServer::Reply ATCServer::transact(const QByteArray& cmd, Blocks blocks, const QByteArray* upload) {
     ++m_commands;
     const qint64 deadline = QDeadlineTimer::current().deadline() + m_timeoutMs;
     // Whatever came unasked since the last command belongs to no command.
@@ -181,8 +292,8 @@ ATCServer::Reply ATCServer::transact(const QByteArray& cmd, int payloadFor, cons
     sendAll(cmd + '\r', deadline);
 
     Reply reply;
-    bool headerSeen = false;
     const QByteArray payloadPrefix = QByteArrayLiteral("$ORGR:");
+    const QString command = QString::fromLatin1(cmd);
     for (;;) {
         if (upload && m_buffer.startsWith("> ")) {
             m_buffer.remove(0, 2);
@@ -200,35 +311,37 @@ ATCServer::Reply ATCServer::transact(const QByteArray& cmd, int payloadFor, cons
         if (line.isEmpty() || line == cmd)
             continue;
         if (line == "OK") {
-            if (payloadFor >= 0 && !headerSeen)
-                fail(atc::GeneralFailure,
-                     QStringLiteral("No record header in the answer to %1").arg(QString::fromLatin1(cmd)));
+            if (reply.payloads.size() != blocks.count())
+                failFraming(QStringLiteral("%1 of %2 record headers in the answer to %3")
+                                .arg(reply.payloads.size())
+                                .arg(blocks.count())
+                                .arg(command));
             if (upload)
-                fail(atc::GeneralFailure,
-                     QStringLiteral("The mobile did not ask for the record of %1").arg(QString::fromLatin1(cmd)));
+                failFraming(QStringLiteral("The mobile did not ask for the record of %1").arg(command));
             return reply;
         }
         if (line == "ERROR")
-            fail(atc::GeneralFailure, QStringLiteral("ERROR after %1").arg(QString::fromLatin1(cmd)));
+            fail(atc::GeneralFailure, QStringLiteral("ERROR after %1").arg(command));
         if (const int n = phoneErrorNumber(line); n >= 0)
             fail(atc::PhoneErrorBase + n, QString::fromLatin1(line));
-        if (payloadFor >= 0 && line.startsWith(payloadPrefix)) {
+        if (blocks.count() > 0 && line.startsWith(payloadPrefix)) {
+            // Records come in the order asked for, each announced with its index and length.
             const QList<int> header = numbersAfter(line, payloadPrefix);
-            if (header.size() != 2 || header[0] != payloadFor || header[1] < 0)
-                fail(atc::GeneralFailure,
-                     QStringLiteral("Unexpected record header: %1").arg(QString::fromLatin1(line)));
+            const int expected = blocks.first + int(reply.payloads.size());
+            if (header.size() != 2 || header[0] != expected || expected > blocks.last || header[1] < 0)
+                failFraming(QStringLiteral("Unexpected record header: %1").arg(QString::fromLatin1(line)));
             const qsizetype length = header[1];
-            headerSeen = true;
+            QByteArray payload;
             if (length > 0) {
                 // The block follows the header's CR LF at once and ends with a CR LF of its own.
                 while (m_buffer.size() < length + 2)
                     waitForData(deadline, cmd);
                 if (m_buffer.mid(length, 2) != "\r\n")
-                    fail(atc::GeneralFailure,
-                         QStringLiteral("The record of %1 is not framed as announced").arg(QString::fromLatin1(cmd)));
-                reply.payload = m_buffer.left(length);
+                    failFraming(QStringLiteral("The record of %1 is not framed as announced").arg(command));
+                payload = m_buffer.left(length);
                 m_buffer.remove(0, length + 2);
             }
+            reply.payloads << payload;
             continue;
         }
         reply.lines << line;
@@ -256,32 +369,93 @@ QString ATCServer::Model() {
 }
 
 void ATCServer::GetStoreRange(int store, int16_t& first, int16_t& last) {
+    forgetReadAhead();
     const Reply reply = command("AT$ORGS=" + QByteArray::number(store));
     for (const QByteArray& line : reply.lines) {
         const QList<int> n = numbersAfter(line, QByteArrayLiteral("$ORGS:"));
         if (n.size() >= 3 && n[0] == store) {
             first = int16_t(n[1]);
             last = int16_t(n[2]);
+            if (store == atc::CalendarStore) {
+                m_first = first;
+                m_last = last;
+            }
             return;
         }
     }
     fail(atc::GeneralFailure, QStringLiteral("The mobile did not tell the range of store %1").arg(store));
 }
 
+void ATCServer::forgetReadAhead() {
+    m_ahead.clear();
+    m_aheadNext = -1;
+}
+
+QByteArray ATCServer::readSingle(int index) {
+    const QByteArray cmd = "AT$ORGR=" + QByteArray::number(atc::CalendarStore) + ',' + QByteArray::number(index);
+    return command(cmd, Blocks::range(index, index)).payloads.value(0);
+}
+
+bool ATCServer::readAhead(int index, QByteArray& text) {
+    // Only a walk in index order is served: from the store's first index on, each read the one
+    // after the last. Anything else drops what was read ahead, so no record is older than the walk.
+    if (index != m_aheadNext)
+        forgetReadAhead();
+    if (const auto it = m_ahead.find(index); it != m_ahead.end()) {
+        text = it.value();
+        m_ahead.erase(it);
+        m_aheadNext = index + 1;
+        return true;
+    }
+    const bool walking = index == m_first || index == m_aheadNext;
+    if (!m_rangeRead || m_last < 0 || !walking || index < m_first || index >= m_last)
+        return false;
+    const int to = std::min(m_last, index + kReadAhead - 1);
+    const QByteArray cmd = "AT$ORGR=" + QByteArray::number(atc::CalendarStore) + ',' + QByteArray::number(index) + ',' +
+                           QByteArray::number(to);
+    Reply reply;
+    try {
+        reply = command(cmd, Blocks::range(index, to));
+    } catch (const core::TsrError& e) {
+        // A phone without range reads refuses the parameters (or the command as a whole) on a line
+        // that is still in step: from then on records are read one by one.
+        const bool refused = isOpen() && (e.number() == atc::PhoneErrorBase + 50 ||
+                                          e.number() == atc::PhoneErrorBase + 4 || e.number() == atc::GeneralFailure);
+        if (!refused)
+            throw;
+        m_rangeRead = false;
+        return false;
+    }
+    for (int i = 0; i < reply.payloads.size(); ++i)
+        m_ahead.insert(index + i, reply.payloads[i]);
+    text = m_ahead.take(index);
+    m_aheadNext = index + 1;
+    return true;
+}
+
 void ATCServer::ReadEntry(int index, QByteArray& text) {
     text.clear();
-    const QByteArray cmd = "AT$ORGR=" + QByteArray::number(atc::CalendarStore) + ',' + QByteArray::number(index);
-    text = command(cmd, index).payload;
+    if (readAhead(index, text))
+        return;
+    text = readSingle(index);
 }
 
 void ATCServer::WriteEntry(int index, const QByteArray& text) {
+    forgetReadAhead();
     ensureOpen();
     const QByteArray cmd = "AT$ORGW=" + QByteArray::number(atc::CalendarStore) + ',' + QByteArray::number(index) + ',' +
                            QByteArray::number(text.size());
-    transact(cmd, -1, &text);
+    try {
+        transact(cmd, Blocks::none(), &text);
+    } catch (const core::TsrError&) {
+        // Without the phone's final result the phone may be waiting for the rest of the record.
+        m_writeBroken = !isOpen();
+        throw;
+    }
 }
 
 void ATCServer::DeleteEntry(int index) {
+    forgetReadAhead();
     command("AT$ORGD=" + QByteArray::number(atc::CalendarStore) + ',' + QByteArray::number(index));
 }
 

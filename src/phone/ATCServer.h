@@ -3,10 +3,15 @@
 // reached over a serial device with the dialogue of docs/phone-protocol.md.
 // It opens the device on first use and keeps it open; every failure is raised
 // as a numbered error (0x80042000 + n for the phone's own error n, 462 when the
-// device vanished or the line broke). It knows nothing of the tables.
+// device vanished or the line broke). A walk through the store from its first
+// index is read ahead in ranges, so the phone's thinking time is paid once a
+// range and not once a record. It knows nothing of the tables.
 #pragma once
 
+#include "core/LineSettings.h"
+
 #include <QByteArray>
+#include <QMap>
 #include <QString>
 #include <QStringList>
 #include <cstdint>
@@ -43,6 +48,10 @@ public:
     QString port() const { return m_port; }
     // How often the port was set to a different one.
     int portChanges() const { return m_portChanges; }
+    // Speed, character size, parity, stop bits and flow: different ones close the device,
+    // and the next operation opens it with them.
+    void setLineSettings(const core::LineSettings& line);
+    const core::LineSettings& lineSettings() const { return m_line; }
     // How long one command may wait for its final result, in milliseconds.
     void setTimeOut(int milliseconds) { m_timeoutMs = milliseconds < 1 ? 1 : milliseconds; }
     int timeOut() const { return m_timeoutMs; }
@@ -58,18 +67,40 @@ public:
 
     // Commands sent since the server was made: a plain count for tests and diagnostics.
     int commandCount() const { return m_commands; }
+    // Whether the phone reads ranges of records; false once it refused one.
+    bool readsRanges() const { return m_rangeRead; }
+
+    // How long the phone waits for the rest of a record before it drops the upload.
+    static constexpr int kUploadPauseMs = 2000;
+    // Records read ahead in one range.
+    static constexpr int kReadAhead = 32;
 
 private:
     struct Reply {
-        QList<QByteArray> lines; // information lines, without CR LF
-        QByteArray payload;      // the block after a length header
+        QList<QByteArray> lines;    // information lines, without CR LF
+        QList<QByteArray> payloads; // the blocks after the record headers, in order
+    };
+    // The record blocks an answer must hold: none, or the indices from `first` to `last`.
+    struct Blocks {
+        int first = 0;
+        int last = -1;
+        static Blocks none() { return {}; }
+        static Blocks range(int from, int to) { return {from, to}; }
+        int count() const { return last - first + 1; }
     };
     void ensureOpen();
     void openDevice();
+    void applyLineSettings(const QString& path);
     void closeDevice();
-    void drainStaleAnswer();
-    Reply command(const QByteArray& cmd, int payloadFor = -1);
-    Reply transact(const QByteArray& cmd, int payloadFor, const QByteArray* upload);
+    void waitOutBrokenWrite();
+    void probe();
+    void setUp(const QByteArray& cmd);
+    Reply command(const QByteArray& cmd, Blocks blocks = Blocks::none());
+    Reply transact(const QByteArray& cmd, Blocks blocks, const QByteArray* upload);
+    bool readAhead(int index, QByteArray& text);
+    QByteArray readSingle(int index);
+    void forgetReadAhead();
+    [[noreturn]] void failFraming(const QString& description);
     QString identification(const QByteArray& cmd);
     // Waits for more bytes until the deadline; raises 0x80010001 when it passes, 462 on a dead line.
     void waitForData(qint64 deadline, const QByteArray& cmd);
@@ -79,7 +110,16 @@ private:
 
     std::unique_ptr<QSerialPort> m_serial;
     QString m_port = QStringLiteral("COM1");
+    core::LineSettings m_line;
     QByteArray m_buffer;
+    // A write broke off after its command went out: the phone may still wait for the record.
+    bool m_writeBroken = false;
+    // The calendar store's bounds from the last GetStoreRange; unknown until then.
+    int m_first = -1;
+    int m_last = -1;
+    bool m_rangeRead = true;
+    QMap<int, QByteArray> m_ahead; // records read ahead, by index
+    int m_aheadNext = -1;          // the index the walk reads next; the read-ahead serves only it
     int m_timeoutMs = 7500;
     int m_commands = 0;
     int m_portChanges = 0;

@@ -3,6 +3,7 @@
 
 #include "core/ErrorReport.h"
 #include "phone/ATCServer.h"
+#include "phone/LineSettings.h"
 #include "spine/RegistryStore.h"
 
 #include <QLocalSocket>
@@ -22,7 +23,9 @@ ATCServer& atcServer(core::Context& ctx) {
         // Like a server with a configuration of its own, a new one starts on the suite's port;
         // SetATCPort gives it another only when ATCPort changed.
         GetATCPort(ctx);
+        GetLineSettings(ctx);
         ctx.servers.ATCServer = std::make_shared<ATCServer>(ctx.phone.ATCPort);
+        ctx.servers.ATCServer->setLineSettings(ctx.phone.Line);
     }
     ctx.servers.ATCServer->setTimeOut(ctx.flags.GlobalTimeOut);
     return *ctx.servers.ATCServer;
@@ -136,6 +139,10 @@ bool SetATCPort(core::Context& ctx) {
             ctx.servers.ATCServer->setPort(ctx.phone.ATCPort);
             ctx.servers.ATCPortSet = ctx.phone.ATCPort;
         }
+        // The line's settings go with the port: a change takes effect when the device opens next.
+        GetLineSettings(ctx);
+        if (ctx.servers.ATCServer)
+            ctx.servers.ATCServer->setLineSettings(ctx.phone.Line);
         return true;
     });
 }

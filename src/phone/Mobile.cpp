@@ -32,7 +32,7 @@ const QString kModul = QStringLiteral("Mobile");
 // The end of a read with the status dialog: closed, normal pointer.
 void closeStatus(core::Context& ctx) {
     ctx.status.Quit();
-    ctx.ui->busyCursor(false);
+    ctx.ui->setBusyCursor(false);
 }
 
 void setAutoSyncTools(core::Context& ctx) {
@@ -66,7 +66,7 @@ bool vCalReadMobile(core::Context& ctx) {
     return core::guarded(ctx, kModul, QStringLiteral("vCalReadMobile"), false, [&] {
         ctx.status.Start(ctx.title(), false);
         ctx.status.SetText(ctx.strings.text(471)); // "Please wait reading mobile status!"
-        ctx.ui->busyCursor(true);
+        ctx.ui->setBusyCursor(true);
         bool result = false;
         if (InitComm(ctx)) {
             if (!ctx.read.MobileConnected && ctx.flags.GDX_Check) {
@@ -108,7 +108,7 @@ bool vCardReadMobile(core::Context& ctx) {
     return core::guarded(ctx, kModul, QStringLiteral("vCardReadMobile"), false, [&] {
         ctx.status.Start(ctx.title(), false);
         ctx.status.SetText(ctx.strings.text(471));
-        ctx.ui->busyCursor(true);
+        ctx.ui->setBusyCursor(true);
         bool result = false;
         if (InitComm(ctx)) {
             if (!ctx.read.MobileConnected && ctx.flags.GDX_Check) {

@@ -38,8 +38,8 @@ void logMobile(core::Context& ctx, const Recordset& row, bool wasOnMobile, const
 
 // The busy cursor for one step, back to normal however the step ends.
 struct BusyCursor {
-    explicit BusyCursor(core::Context& ctx) : m_ctx(ctx) { m_ctx.ui->busyCursor(true); }
-    ~BusyCursor() { m_ctx.ui->busyCursor(false); }
+    explicit BusyCursor(core::Context& ctx) : m_ctx(ctx) { m_ctx.ui->setBusyCursor(true); }
+    ~BusyCursor() { m_ctx.ui->setBusyCursor(false); }
     core::Context& m_ctx;
 };
 

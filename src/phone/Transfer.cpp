@@ -66,7 +66,7 @@ template <class Send, class WritePim, class ClearAfter>
 bool transferRun(core::Context& ctx, Recordset& table, Recordset& shown, const QString& kindText, Send&& send,
                  WritePim&& writePim, ClearAfter&& clearAfter) {
     ctx.flags.GlobalTransferRun = true;
-    ctx.ui->busyCursor(true);
+    ctx.ui->setBusyCursor(true);
     ctx.status.Start(ctx.title(), false);
     bool cancelled = false;
     if (table.recordCount() > 0) {
@@ -84,7 +84,7 @@ bool transferRun(core::Context& ctx, Recordset& table, Recordset& shown, const Q
                 if (!send(table)) {
                     clearAfter();
                     ctx.status.Quit();
-                    ctx.ui->busyCursor(false);
+                    ctx.ui->setBusyCursor(false);
                     return false;
                 }
                 break;
@@ -118,7 +118,7 @@ bool transferRun(core::Context& ctx, Recordset& table, Recordset& shown, const Q
         tables::ClearRecordSet(table);
         setSaveTool(ctx, false);
     }
-    ctx.ui->busyCursor(false);
+    ctx.ui->setBusyCursor(false);
     ctx.status.Quit();
     ctx.flags.GlobalTransferRun = false;
     return true;
@@ -211,14 +211,14 @@ bool TransfervCard(core::Context& ctx, Recordset& table) {
 bool TransfertoMobile(core::Context& ctx, Recordset& contacts, Recordset& calendar) {
     return core::guarded(ctx, kModul, QStringLiteral("TransfertoMobile"), false, [&] {
         ctx.flags.GlobalTransferRun = true;
-        ctx.ui->busyCursor(true);
+        ctx.ui->setBusyCursor(true);
         const bool result = ctx.settings.ActiveAPP == 1 ? TransfervCard(ctx, contacts) : TransfervCal(ctx, calendar);
         if (!result) {
             ctx.flags.GlobalTransferRun = result;
-            ctx.ui->busyCursor(false);
+            ctx.ui->setBusyCursor(false);
             return false;
         }
-        ctx.ui->busyCursor(false);
+        ctx.ui->setBusyCursor(false);
         ctx.flags.GlobalTransferRun = false;
         const bool logged = ctx.tables.LogCalendar->recordCount() > 0 || ctx.tables.LogContacts->recordCount() > 0;
         if (!ctx.flags.GlobalSilent && logged) {

@@ -180,7 +180,7 @@ void SilentAutoSync(core::Context& ctx) {
     core::guarded(ctx, kModul, QStringLiteral("SilentAutoSync"), [&] {
         // Changes go over at once in a silent run; the setting is not saved.
         ctx.settings.SaveTyp = 1;
-        ctx.ui->busyCursor(true);
+        ctx.ui->setBusyCursor(true);
         silentStatus(ctx);
         ctx.status.SetText(ctx.strings.text(885));
         const auto& f = ctx.flags;
@@ -192,7 +192,7 @@ void SilentAutoSync(core::Context& ctx) {
             sync::SilentAutoSyncvCard(ctx);
     });
     log::LogInitlogSummaryText(ctx);
-    ctx.ui->busyCursor(false);
+    ctx.ui->setBusyCursor(false);
     ctx.status.Quit();
     ctx.ui->showLogSummary();
 }
@@ -219,7 +219,7 @@ void AppTimer_Timer(core::Context& ctx) {
         core::SetStatusBarMobile(ctx);
         ctx.settings.ActiveAPP = 0;
         ctx.ui->showMainWindow();
-        ctx.ui->busyCursor(true);
+        ctx.ui->setBusyCursor(true);
         ctx.status.Start(ctx.title(), false);
         ctx.status.SetText(ctx.strings.text(471)); // "Please wait reading mobile status!"
         const bool phoneThere = ctx.flags.GDX_Check && phone::GDXInfoAll(ctx, ctx.servers.GDXServer, ctx.phone.CalPath);
@@ -232,7 +232,7 @@ void AppTimer_Timer(core::Context& ctx) {
         ctx.flags.GlobalMobileOnline = phoneThere;
         main::OnOffActiveBar(ctx);
         sync::MobileEntriesPruefung(ctx);
-        ctx.ui->busyCursor(false);
+        ctx.ui->setBusyCursor(false);
         ctx.status.Quit();
         core::SetStatusBarMobile(ctx);
         for (const char* band : {"TSROrganizerMenu", "TSRTools"})

@@ -123,7 +123,7 @@ bool calendarRun(core::Context& ctx, SyncRun run, bool silent) {
     r.SyncRunning = true;
     r.MobileCleared = false;
     r.SyncStop = false;
-    ctx.ui->busyCursor(true);
+    ctx.ui->setBusyCursor(true);
     ctx.status.SetText(ctx.strings.text(885)); // "Please wait while autosync is implemented!"
     const SavedPeriod saved = savePeriod(ctx);
     if (ctx.settings.SyncTyp != 3)
@@ -136,7 +136,7 @@ bool calendarRun(core::Context& ctx, SyncRun run, bool silent) {
         restorePeriod(ctx, saved);
         ctx.ui->refreshGrid(0);
         r.SyncRunning = false;
-        ctx.ui->busyCursor(false);
+        ctx.ui->setBusyCursor(false);
         return false;
     }
     if (ctx.settings.SyncTyp != 3)
@@ -168,7 +168,7 @@ bool calendarRun(core::Context& ctx, SyncRun run, bool silent) {
     if (ctx.settings.SyncZeitraum == 2 && !contactsShown)
         restorePeriod(ctx, saved);
     r.SyncRunning = false;
-    ctx.ui->busyCursor(false);
+    ctx.ui->setBusyCursor(false);
     return true;
 }
 
@@ -334,7 +334,7 @@ void SyncMain(core::Context& ctx) {
         ctx.read.SyncRunning = false;
         ctx.ui->refreshGrid(ctx.settings.ActiveAPP == 1 ? 1 : 0);
         core::SetStatusBarMobile(ctx);
-        ctx.ui->busyCursor(false);
+        ctx.ui->setBusyCursor(false);
         ctx.status.Quit();
         if (linkFailed && ctx.status.isContinue()) {
             vCalClearAfterMobileError(ctx);

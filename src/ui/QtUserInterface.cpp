@@ -143,4 +143,11 @@ bool QtUserInterface::printText(const core::RichText& text, const QString& fontN
     return printer.printerState() != QPrinter::Error;
 }
 
+void QtUserInterface::setBusyCursor(bool busy) {
+    if (busy)
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+        QApplication::restoreOverrideCursor();
+}
+
 } // namespace tsr::ui

@@ -26,6 +26,7 @@ public:
     bool mainFormVisibleAndEnabled() const override;
     void focusMainForm() override;
     bool printText(const core::RichText& text, const QString& fontName, int pointSize) override;
+    void setBusyCursor(bool busy) override;
     // Prints to this PDF file without a printer dialog; empty for the dialog. The
     // environment variable TESSARINE_PRINT_TO_PDF names such a file as well.
     void setPrintToFile(const QString& pdfPath) { m_printToFile = pdfPath; }

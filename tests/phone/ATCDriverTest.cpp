@@ -114,6 +114,13 @@ TEST_F(ATCDriver, FileNamesDecideIndexAndDelete) {
     EXPECT_TRUE(emu.journal().contains(QStringLiteral("AT$ORGD=4,5")));
     ASSERT_TRUE(phone::ATCWriteAppointment(ctx, "zero", QStringLiteral("NEW")));
     EXPECT_EQ(emu.journal().last(), QStringLiteral("AT$ORGW=4,0,4"));
+    // A number without "." is no index either: "12" writes record 0 and leaves 12 alone.
+    emu.seed(12, "twelve");
+    emu.clearJournal();
+    ASSERT_TRUE(phone::ATCWriteAppointment(ctx, "nought", QStringLiteral("12")));
+    EXPECT_EQ(emu.journal(), (QStringList{QStringLiteral("AT$ORGD=4,0"), QStringLiteral("AT$ORGW=4,0,6")}));
+    EXPECT_EQ(emu.record(12), QByteArray("twelve"));
+    EXPECT_EQ(emu.record(0), QByteArray("nought"));
 }
 
 // With changes sent at once, a delete takes the entry off the phone, lowers the count and logs the row.
@@ -130,7 +137,34 @@ TEST_F(ATCDriver, RemoveDeletesAtOnceAndLogs) {
     ASSERT_EQ(ctx.tables.LogCalendar->recordCount(), 1);
     ctx.tables.LogCalendar->moveFirst();
     EXPECT_EQ(ctx.tables.LogCalendar->value(QStringLiteral("Transfer")).toText(), QStringLiteral("Mobile"));
+    EXPECT_TRUE(ctx.tables.LogCalendar->value(QStringLiteral("ErrorDesc")).toText().isEmpty());
     EXPECT_TRUE(ui.boxes.isEmpty());
+    EXPECT_EQ(ui.busyCursor, (QList<bool>{true, false})) << "the phone's step runs under the busy cursor";
+}
+
+// A delete the phone refuses is reported, logged as a failed row, and the cursor comes back.
+TEST_F(ATCDriver, AFailedDeleteIsReportedLoggedAndResetsTheCursor) {
+    auto& emu = startPhone("--cme 515:$ORGD");
+    emu.seed(9, recordOf(9, 180));
+    calendarWithRow(true, 9);
+    ctx.settings.SaveTyp = 1;
+    ctx.read.vCalMobileCount = 1;
+    EXPECT_FALSE(phone::ATCRemoveEntryFromMobile(ctx, *ctx.tables.RSCalendar));
+    EXPECT_TRUE(emu.hasRecord(9));
+    EXPECT_EQ(ctx.read.vCalMobileCount, 1) << "nothing left the phone";
+    EXPECT_EQ(ui.busyCursor, (QList<bool>{true, false}));
+    ASSERT_FALSE(ui.boxes.isEmpty());
+    EXPECT_TRUE(ui.boxes.first().text.contains(QStringLiteral("ATC_E_PHONEBUSY"))) << boxTexts().toStdString();
+    ASSERT_EQ(ctx.tables.LogCalendar->recordCount(), 1);
+    ctx.tables.LogCalendar->moveFirst();
+    EXPECT_EQ(ctx.tables.LogCalendar->value(QStringLiteral("Transfer")).toText(), QStringLiteral("Mobile"));
+    EXPECT_TRUE(ctx.tables.LogCalendar->value(QStringLiteral("ErrorDesc"))
+                    .toText()
+                    .startsWith(QString::number(int32_t(0x80042203))))
+        << ctx.tables.LogCalendar->value(QStringLiteral("ErrorDesc")).toText().toStdString();
+    ASSERT_EQ(ctx.tables.LogErrors->recordCount(), 1);
+    ctx.tables.LogErrors->moveFirst();
+    EXPECT_EQ(ctx.tables.LogErrors->value(QStringLiteral("Proc")).toText(), QStringLiteral("ATCRemoveEntryFromMobile"));
 }
 
 // With changes kept back, nothing reaches the phone: the row and the pending table note the delete.

@@ -55,8 +55,8 @@ TEST(ATCServer, WrittenRecordsLandExactly) {
     EXPECT_TRUE(phone.record(18).isEmpty());
 }
 
-// Opening switches echo off and asks for numeric errors before anything else, and the
-// identification answers come through without framing.
+// Opening probes the line with a token, then switches echo off and asks for numeric errors before
+// anything else, and the identification answers come through without framing.
 TEST(ATCServer, OpeningSetsTheDialogueUpAndIdentifies) {
     EmulatedPhone phone("--manufacturer Orvane --model QX71 --first 0 --last 249");
     ATCServer server;
@@ -68,7 +68,9 @@ TEST(ATCServer, OpeningSetsTheDialogueUpAndIdentifies) {
     EXPECT_EQ(first, 0);
     EXPECT_EQ(last, 249);
     const QStringList journal = phone.journal();
-    EXPECT_EQ(journal.mid(0, 3),
+    ASSERT_EQ(journal.size(), 6) << journal.join(u' ').toStdString();
+    EXPECT_TRUE(journal[0].startsWith(QStringLiteral("AT$ECHO="))) << journal[0].toStdString();
+    EXPECT_EQ(journal.mid(1, 3),
               (QStringList{QStringLiteral("ATE0"), QStringLiteral("AT+CMEE=1"), QStringLiteral("AT+CGMI")}));
     EXPECT_EQ(journal.count(QStringLiteral("ATE0")), 1) << "the device stays open between commands";
 }
@@ -83,7 +85,9 @@ TEST(ATCServer, ANewPortIsOpenedOnTheNextCommand) {
     server.setPort(b.link());
     EXPECT_FALSE(server.isOpen());
     EXPECT_EQ(server.Model(), QStringLiteral("B"));
-    EXPECT_TRUE(b.journal().startsWith(QStringLiteral("ATE0")));
+    ASSERT_GE(b.journal().size(), 2);
+    EXPECT_TRUE(b.journal()[0].startsWith(QStringLiteral("AT$ECHO=")));
+    EXPECT_EQ(b.journal()[1], QStringLiteral("ATE0"));
 }
 
 // A stored "COMn" names the n-th serial port; a path stays a path.

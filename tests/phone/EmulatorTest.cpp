@@ -19,7 +19,8 @@ TEST(PhoneEmulator, HelpAndBadArguments) {
     EXPECT_EQ(help.exitCode(), 0);
     const QString text = QString::fromLocal8Bit(help.readAllStandardOutput());
     for (const char* option : {"--dir", "--link", "--baud", "--latency", "--cme", "--silent", "--break-after", "--busy",
-                               "--first", "--last", "--manufacturer", "--model", "--capacity"})
+                               "--first", "--last", "--manufacturer", "--model", "--capacity", "--late", "--misframe",
+                               "--no-range", "--upload-pause", "--line-log"})
         EXPECT_TRUE(text.contains(QString::fromLatin1(option))) << option;
 
     QProcess bad;
@@ -96,4 +97,33 @@ TEST(PhoneEmulator, AFullStoreRefusesNewRecordsOnly) {
     EXPECT_NO_THROW(server.WriteEntry(2, "TWO"));
     server.DeleteEntry(1);
     EXPECT_NO_THROW(server.WriteEntry(3, "three"));
+}
+
+// The probe and the range read answer as the dialogue fixes them, and refuse what it does not allow.
+TEST(PhoneEmulator, ProbeAndRangeReadAnswers) {
+    EmulatedPhone phone("--first 1 --last 10");
+    phone.seed(2, "two");
+    QSerialPort port;
+    port.setPortName(phone.link());
+    ASSERT_TRUE(port.open(QIODevice::ReadWrite));
+    const struct {
+        const char* command;
+        const char* answer;
+    } cases[] = {
+        {"ATE0", "ATE0\r\r\nOK\r\n"}, // the echo of ATE0 itself is still on
+        {"AT+CMEE=1", "\r\nOK\r\n"},
+        {"AT$ECHO=Tok3n", "\r\n$ECHO: Tok3n\r\n\r\nOK\r\n"},
+        {"AT$ECHO=not-plain", "\r\n+CME ERROR: 50\r\n"},
+        {"AT$ORGR=4,1,3", "\r\n$ORGR: 1,0\r\n$ORGR: 2,3\r\ntwo\r\n$ORGR: 3,0\r\n\r\nOK\r\n"},
+        {"AT$ORGR=4,3,2", "\r\n+CME ERROR: 21\r\n"},
+        {"AT$ORGR=4,9,11", "\r\n+CME ERROR: 21\r\n"},
+    };
+    for (const auto& c : cases) {
+        port.write(QByteArray(c.command) + '\r');
+        const QByteArray expected(c.answer);
+        QByteArray got;
+        while (got.size() < expected.size() && port.waitForReadyRead(2000))
+            got += port.readAll();
+        EXPECT_EQ(got, expected) << c.command;
+    }
 }

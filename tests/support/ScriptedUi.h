@@ -39,6 +39,7 @@ public:
     void activateMainWindow() override { ++activateCount; }
     void unloadMainForm() override { ++unloadCount; }
     void SetStatusBarMobile() override { ++statusBarCount; }
+    void setBusyCursor(bool busy) override { busyCursor << busy; }
     // Answers from compareAnswers, 0 when it is empty.
     int compareContacts(const tables::Recordset& pimRow, const tables::Recordset& mobileRow) override;
 
@@ -57,6 +58,7 @@ public:
     int activateCount = 0;
     int unloadCount = 0;
     int statusBarCount = 0;
+    QList<bool> busyCursor; // every change of the busy cursor, in order
     QQueue<int> compareAnswers;
     int compareCount = 0;
     bool statusVisibleAtCompare = false;

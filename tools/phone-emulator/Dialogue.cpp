@@ -61,6 +61,15 @@ int Dialogue::usedRecords() const {
     return used;
 }
 
+std::string Dialogue::recordBlock(int index, long extraLength) const {
+    const std::string header = "$ORGR: " + std::to_string(index) + ",";
+    std::ifstream in(recordPath(index), std::ios::binary);
+    if (!in)
+        return header + std::to_string(extraLength) + crlf;
+    std::string data((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    return header + std::to_string(long(data.size()) + extraLength) + crlf + data + crlf;
+}
+
 const Fault* Dialogue::faultFor(const std::string& cmd) const {
     for (const Fault& f : m_setup.faults) {
         if (cmd.rfind(f.prefix, 0) != 0)
@@ -95,8 +104,13 @@ Answer Dialogue::command(const std::string& line) {
             a.bytes = echo + error(f->value);
             return a;
         }
-        a.breakAfter = f->value;
+        if (f->kind == Fault::Kind::Late)
+            a.delayMs = f->value;
+        else if (f->kind == Fault::Kind::BreakLine)
+            a.breakAfter = f->value;
     }
+    // A misframed answer announces one byte more than its record holds.
+    const long extraLength = faultFor(cmd) && faultFor(cmd)->kind == Fault::Kind::Misframe ? 1 : 0;
 
     auto reply = [&](const std::string& body) { a.bytes = echo + body; };
     const bool organiser = cmd.rfind("$ORG", 0) == 0;
@@ -130,21 +144,30 @@ Answer Dialogue::command(const std::string& line) {
         else
             reply(final(crlf + "$ORGS: 4," + std::to_string(m_setup.first) + "," + std::to_string(m_setup.last) + "," +
                         std::to_string(usedRecords()) + crlf));
+    } else if (cmd.rfind("$ECHO=", 0) == 0) {
+        // The probe: the token comes back as sent, so its answer cannot be an old one.
+        const std::string token = line.substr(line.find('=') + 1);
+        const bool plain = !token.empty() && token.size() <= 32 &&
+                           std::all_of(token.begin(), token.end(), [](unsigned char c) { return std::isalnum(c); });
+        reply(plain ? final(crlf + "$ECHO: " + token + crlf) : error(50));
     } else if (cmd.rfind("$ORGR=", 0) == 0) {
         const auto n = numbers(cmd.substr(6));
-        if (n.size() != 2 || n[0] != 4) {
+        if (n.size() == 3 && n[0] == 4 && m_setup.rangeRead) {
+            // A range: every record from <from> to <to>, in order, before the one final result.
+            if (!inStore(int(n[1])) || !inStore(int(n[2])) || n[2] < n[1]) {
+                reply(error(21));
+            } else {
+                std::string body = crlf;
+                for (long i = n[1]; i <= n[2]; ++i)
+                    body += recordBlock(int(i), extraLength);
+                reply(final(body));
+            }
+        } else if (n.size() != 2 || n[0] != 4) {
             reply(error(50));
         } else if (!inStore(int(n[1]))) {
             reply(error(21));
         } else {
-            const std::string index = std::to_string(n[1]);
-            std::ifstream in(recordPath(int(n[1])), std::ios::binary);
-            if (!in) {
-                reply(final(crlf + "$ORGR: " + index + ",0" + crlf));
-            } else {
-                std::string data((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-                reply(final(crlf + "$ORGR: " + index + "," + std::to_string(data.size()) + crlf + data + crlf));
-            }
+            reply(final(crlf + recordBlock(int(n[1]), extraLength)));
         }
     } else if (cmd.rfind("$ORGW=", 0) == 0) {
         const auto n = numbers(cmd.substr(6));
@@ -192,6 +215,11 @@ std::string Dialogue::upload(const std::string& record) {
     fs::rename(temp, path, ec);
     m_pendingIndex = -1;
     return ec ? error(23) : final("");
+}
+
+std::string Dialogue::abandonUpload() {
+    m_pendingIndex = -1;
+    return error(100);
 }
 
 } // namespace phone_emulator

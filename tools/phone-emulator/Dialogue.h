@@ -10,10 +10,10 @@
 namespace phone_emulator {
 
 struct Fault {
-    enum class Kind { CmeError, PlainError, Silence, BreakLine };
+    enum class Kind { CmeError, PlainError, Silence, BreakLine, Late, Misframe };
     Kind kind;
     std::string prefix; // the command after "AT", upper case; matches when not followed by a digit
-    int value = 0;      // the error number, or the bytes sent before the line breaks
+    int value = 0;      // the error number, the bytes sent before the line breaks, or the extra milliseconds
 };
 
 struct PhoneSetup {
@@ -27,6 +27,7 @@ struct PhoneSetup {
     int maxRecord = 4096;
     int capacity = -1; // records the store holds at most; -1: one per index
     bool busy = false;
+    bool rangeRead = true; // the store answers AT$ORGR=4,<from>,<to>
     std::vector<Fault> faults;
 };
 
@@ -36,6 +37,7 @@ struct Answer {
     bool silent = false;    // nothing at all is sent
     long breakAfter = -1;   // the line breaks after this many bytes of `bytes`
     long uploadLength = -1; // after `bytes` (the prompt) this many bytes of record follow
+    long delayMs = 0;       // thinks this much longer than usual before answering
 };
 
 class Dialogue {
@@ -45,11 +47,16 @@ public:
     Answer command(const std::string& line);
     // The record that followed a write prompt; gives the final result.
     std::string upload(const std::string& record);
+    // The host fell silent in the middle of a record: the partial record is dropped, the
+    // stored one stays as it was, and this is the final result.
+    std::string abandonUpload();
 
 private:
     std::string final(const std::string& body) const;
     std::string error(int n) const;
     std::string recordPath(int index) const;
+    // "$ORGR: <index>,<len>" CR LF and the record's bytes CR LF; a record of no bytes has only the header.
+    std::string recordBlock(int index, long extraLength) const;
     bool inStore(int index) const { return index >= m_setup.first && index <= m_setup.last; }
     int usedRecords() const;
     const Fault* faultFor(const std::string& upper) const;

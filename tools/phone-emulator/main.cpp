@@ -44,12 +44,19 @@ Calendar records are the files DIR/cal/<index>.vcs.
   --baud N               line rate; 10 bit times a byte (default 115200, 0 = unpaced)
   --latency MS           time the phone thinks before each answer (default 0)
   --journal FILE         append every command line received to FILE
+  --line-log FILE        append the line settings the host set (e.g. "9600 7E2 rtscts")
+                         to FILE before each command
+  --upload-pause MS      a record upload that falls silent this long is dropped
+                         with +CME ERROR: 100 (default 2000)
+  --no-range             a phone without range reads (AT$ORGR=4,<from>,<to>)
 Faults (COMMAND is the text after "AT", e.g. '$ORGR' or '$ORGR=4,7'; it
 matches a command that starts with it and does not go on with a digit):
   --cme N:COMMAND        answer COMMAND with +CME ERROR: N
   --error COMMAND        answer COMMAND with a bare ERROR
   --silent COMMAND       do not answer COMMAND at all
   --break-after N:COMMAND  send N bytes of the answer to COMMAND, then hang up
+  --late MS:COMMAND      think MS milliseconds longer before answering COMMAND
+  --misframe COMMAND     announce one byte more than a record read holds
   --busy                 answer every organiser command with +CME ERROR: 515
   --help                 this text
 )";
@@ -159,6 +166,27 @@ private:
     long long m_lineFree = 0;
 };
 
+// The line settings of the device as the host set them: speed, then data bits, parity and
+// stop bits as in "8N1", then the flow control (none, rtscts or xonxoff).
+std::string lineSettings(int fd) {
+    termios tio{};
+    if (tcgetattr(fd, &tio) != 0)
+        return "unknown";
+    static const std::pair<speed_t, long> speeds[] = {{B1200, 1200},   {B2400, 2400},     {B4800, 4800},
+                                                      {B9600, 9600},   {B19200, 19200},   {B38400, 38400},
+                                                      {B57600, 57600}, {B115200, 115200}, {B230400, 230400}};
+    long speed = 0;
+    for (const auto& [code, rate] : speeds)
+        if (cfgetospeed(&tio) == code)
+            speed = rate;
+    const tcflag_t size = tio.c_cflag & CSIZE;
+    const char bits = size == CS5 ? '5' : size == CS6 ? '6' : size == CS7 ? '7' : '8';
+    const char parity = !(tio.c_cflag & PARENB) ? 'N' : (tio.c_cflag & PARODD) ? 'O' : 'E';
+    const char stop = (tio.c_cflag & CSTOPB) ? '2' : '1';
+    const char* flow = (tio.c_cflag & CRTSCTS) ? "rtscts" : (tio.c_iflag & IXON) ? "xonxoff" : "none";
+    return std::to_string(speed) + " " + bits + parity + stop + " " + flow;
+}
+
 bool parseCountAndCommand(const char* arg, int& n, std::string& cmd) {
     const char* colon = std::strchr(arg, ':');
     if (!colon || colon == arg)
@@ -187,6 +215,8 @@ int main(int argc, char** argv) {
     std::string journalPath;
     long baud = 115200;
     long latencyMs = 0;
+    long uploadPauseMs = 2000;
+    std::string lineLogPath;
     enum {
         Dir = 1,
         Link,
@@ -206,6 +236,11 @@ int main(int argc, char** argv) {
         Silent,
         Break,
         Busy,
+        Late,
+        Misframe,
+        NoRange,
+        UploadPause,
+        LineLog,
         Help
     };
     const option options[] = {{"dir", required_argument, nullptr, Dir},
@@ -226,6 +261,11 @@ int main(int argc, char** argv) {
                               {"silent", required_argument, nullptr, Silent},
                               {"break-after", required_argument, nullptr, Break},
                               {"busy", no_argument, nullptr, Busy},
+                              {"late", required_argument, nullptr, Late},
+                              {"misframe", required_argument, nullptr, Misframe},
+                              {"no-range", no_argument, nullptr, NoRange},
+                              {"upload-pause", required_argument, nullptr, UploadPause},
+                              {"line-log", required_argument, nullptr, LineLog},
                               {"help", no_argument, nullptr, Help},
                               {nullptr, 0, nullptr, 0}};
     int opt = 0;
@@ -274,18 +314,31 @@ int main(int argc, char** argv) {
         case Busy:
             setup.busy = true;
             break;
+        case NoRange:
+            setup.rangeRead = false;
+            break;
+        case UploadPause:
+            uploadPauseMs = std::atol(optarg);
+            break;
+        case LineLog:
+            lineLogPath = optarg;
+            break;
         case Help:
             std::cout << kUsage;
             return 0;
         case Silent:
         case PlainErr:
-            fault.kind = opt == Silent ? Fault::Kind::Silence : Fault::Kind::PlainError;
+        case Misframe:
+            fault.kind = opt == Silent     ? Fault::Kind::Silence
+                         : opt == Misframe ? Fault::Kind::Misframe
+                                           : Fault::Kind::PlainError;
             fault.prefix = upperCopy(optarg);
             setup.faults.push_back(fault);
             break;
         case Cme:
         case Break:
-            fault.kind = opt == Cme ? Fault::Kind::CmeError : Fault::Kind::BreakLine;
+        case Late:
+            fault.kind = opt == Cme ? Fault::Kind::CmeError : opt == Late ? Fault::Kind::Late : Fault::Kind::BreakLine;
             if (!parseCountAndCommand(optarg, fault.value, fault.prefix)) {
                 std::cerr << "phone-emulator: expected N:COMMAND, got " << optarg << "\n";
                 return 2;
@@ -297,7 +350,8 @@ int main(int argc, char** argv) {
             return 2;
         }
     }
-    if (setup.folder.empty() || setup.first < 0 || setup.last < setup.first || baud < 0 || latencyMs < 0) {
+    if (setup.folder.empty() || setup.first < 0 || setup.last < setup.first || baud < 0 || latencyMs < 0 ||
+        uploadPauseMs < 1) {
         std::cerr << "phone-emulator: a folder (--dir) and a valid index range are needed\n" << kUsage;
         return 2;
     }
@@ -311,18 +365,30 @@ int main(int argc, char** argv) {
     std::ofstream journal;
     if (!journalPath.empty())
         journal.open(journalPath, std::ios::app);
+    std::ofstream lineLog;
+    if (!lineLogPath.empty())
+        lineLog.open(lineLogPath, std::ios::app);
     Line line;
     if (!openLine(line, link)) {
         std::cerr << "phone-emulator: cannot open a pseudo-terminal: " << std::strerror(errno) << "\n";
         return 1;
     }
 
-    std::string pending;  // the command line being received, or the record of a write
-    long uploadLeft = -1; // bytes of a record still to come after a write prompt
+    std::string pending;         // the command line being received, or the record of a write
+    long uploadLeft = -1;        // bytes of a record still to come after a write prompt
+    long long uploadHeardNs = 0; // when the last byte of a record being uploaded came
     char buf[4096];
     while (!g_stop) {
         pollfd p{line.master, POLLIN, 0};
-        if (poll(&p, 1, 200) <= 0)
+        const int ready = poll(&p, 1, uploadLeft >= 0 ? 20 : 200);
+        if (uploadLeft >= 0 && nowNs() - uploadHeardNs >= uploadPauseMs * 1000000LL) {
+            // The host fell silent mid-record: drop what came and keep the stored record.
+            pending.clear();
+            uploadLeft = -1;
+            pacer.send(line.master, dialogue.abandonUpload(), nowNs());
+            continue;
+        }
+        if (ready <= 0)
             continue;
         const ssize_t n = read(line.master, buf, sizeof buf);
         if (n <= 0)
@@ -331,6 +397,7 @@ int main(int argc, char** argv) {
             const char c = buf[i];
             if (uploadLeft >= 0) {
                 pending += c;
+                uploadHeardNs = nowNs();
                 if (long(pending.size()) < uploadLeft)
                     continue;
                 const long long at = pacer.receivedAt(pending.size());
@@ -345,13 +412,16 @@ int main(int argc, char** argv) {
                 pending += c;
                 continue;
             }
+            if (lineLog.is_open())
+                lineLog << lineSettings(line.slave) << std::endl;
             // A whole command has crossed the line: think, then answer at the line rate.
-            const long long answerAt = pacer.receivedAt(pending.size() + 1) + latencyMs * 1000000LL;
-            sleepUntil(answerAt);
+            long long answerAt = pacer.receivedAt(pending.size() + 1) + latencyMs * 1000000LL;
             if (journal.is_open())
                 journal << pending << std::endl;
             const Answer answer = dialogue.command(pending);
             pending.clear();
+            answerAt += answer.delayMs * 1000000LL;
+            sleepUntil(answerAt);
             if (answer.silent)
                 continue;
             if (answer.breakAfter >= 0) {
@@ -364,10 +434,12 @@ int main(int argc, char** argv) {
                 break;
             }
             pacer.send(line.master, answer.bytes, answerAt);
-            if (answer.uploadLength == 0)
+            if (answer.uploadLength == 0) {
                 pacer.send(line.master, dialogue.upload(std::string()), answerAt);
-            else if (answer.uploadLength > 0)
+            } else if (answer.uploadLength > 0) {
                 uploadLeft = answer.uploadLength;
+                uploadHeardNs = nowNs();
+            }
         }
     }
     if (!link.empty())
