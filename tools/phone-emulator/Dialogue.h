@@ -45,6 +45,7 @@ public:
     Answer command(const std::string& line);
     // The record that followed a write prompt; gives the final result.
     std::string upload(const std::string& record);
+    bool echoOn() const { return m_echo; }
 
 private:
     std::string final(const std::string& body) const;
