@@ -3,6 +3,7 @@
 
 #include "core/ErrorReport.h"
 #include "phone/ATCServer.h"
+#include "phone/ObexServer.h"
 #include "spine/RegistryStore.h"
 
 #include <QLocalSocket>
@@ -29,7 +30,31 @@ ATCServer& atcServer(core::Context& ctx) {
 }
 
 bool InitComm(core::Context& ctx) {
+    if (ctx.flags.GDX_Check)
+        fillFileTransferSlot(ctx);
     return ctx.flags.GDX_Check;
+}
+
+void fillFileTransferSlot(core::Context& ctx) {
+    if (ctx.servers.GDXServer || ctx.settings.FileTransfer != 1)
+        return;
+    try {
+        ATCServer& link = atcServer(ctx);
+        SetATCPort(ctx);
+        // Asked once per link: a phone without OBEX is not asked again at every step.
+        if (ctx.servers.FileTransferProbed.lock() == ctx.servers.ATCServer)
+            return;
+        ctx.servers.FileTransferProbed = ctx.servers.ATCServer;
+        if (!ObexServer::offeredBy(link))
+            return;
+        ctx.servers.GDXServer = std::make_shared<ObexServer>([&ctx] {
+            atcServer(ctx);
+            SetATCPort(ctx);
+            return ctx.servers.ATCServer;
+        });
+    } catch (const std::exception&) {
+        // A phone that does not answer is the AT road's to report, at its own step.
+    }
 }
 
 void DeinitComm(core::Context&) {}
