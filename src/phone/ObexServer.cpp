@@ -97,9 +97,19 @@ void ObexServer::endSession(bool polite) {
             clean = false;
         }
     }
+    m_pastBytes += session->lineBytes();
+    m_pastRequests += session->requests();
     session.reset();
     if (link)
         link->returnDevice(!clean);
+}
+
+qint64 ObexServer::lineBytes() const {
+    return m_pastBytes + (m_session ? m_session->lineBytes() : 0);
+}
+
+int ObexServer::requestCount() const {
+    return m_pastRequests + (m_session ? m_session->requests() : 0);
 }
 
 template <class Op> auto ObexServer::inFolder(const QStringList& folder, Op&& op) {

@@ -40,6 +40,9 @@ public:
     static bool offeredBy(ATCServer& link);
     // Sessions opened since the server was made: a plain count for tests and diagnostics.
     int sessionCount() const { return m_sessions; }
+    // Bytes that crossed the line for the file calls, both ways, and the requests they took.
+    qint64 lineBytes() const;
+    int requestCount() const;
 
 private:
     // Runs `op` in a session standing in `folder`; a failure ends the session and passes on.
@@ -52,6 +55,8 @@ private:
     std::weak_ptr<ATCServer> m_lender;
     std::unique_ptr<ObexSession> m_session;
     int m_sessions = 0;
+    qint64 m_pastBytes = 0; // of the sessions that ended
+    int m_pastRequests = 0;
 };
 
 } // namespace tsr::phone

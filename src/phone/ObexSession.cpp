@@ -100,6 +100,8 @@ QList<QByteArray> ObexSession::atCommand(const QByteArray& command, bool connect
     m_port.clearError();
     m_port.readAll();
     const QByteArray line = command + '\r';
+    ++m_requests;
+    m_lineBytes += line.size();
     if (m_port.write(line) != line.size())
         failAfter(Fault::LineDead, QString::fromLatin1(command));
     while (m_port.bytesToWrite() > 0)
@@ -112,7 +114,9 @@ QList<QByteArray> ObexSession::atCommand(const QByteArray& command, bool connect
         if (eol < 0) {
             if (remainingMs() <= 0 || !m_port.waitForReadyRead(int(remainingMs())))
                 failAfter(lineIsDead() ? Fault::LineDead : Fault::Timeout, QString::fromLatin1(command));
-            buffer += m_port.readAll();
+            const QByteArray more = m_port.readAll();
+            m_lineBytes += more.size();
+            buffer += more;
             continue;
         }
         const QByteArray text = buffer.left(eol).trimmed();
@@ -184,6 +188,7 @@ ObexSession::Answer ObexSession::run(obex_object* object, const QString& what) {
     m_done = false;
     m_answer = Answer{};
     m_port.clearError();
+    ++m_requests;
     if (OBEX_Request(m_obex, object) < 0) {
         OBEX_ObjectDelete(m_obex, object);
         failAfter(Fault::Garbled, what);
@@ -276,6 +281,7 @@ int ObexSession::onConnect(obex*, void*) {
 
 int ObexSession::onWrite(obex*, void* data, uint8_t* bytes, int size) {
     auto* self = static_cast<ObexSession*>(data);
+    self->m_lineBytes += size;
     if (self->m_port.write(reinterpret_cast<const char*>(bytes), size) != size) {
         self->m_fault = Fault::LineDead;
         return -1;
@@ -302,6 +308,7 @@ int ObexSession::onInput(obex* handle, void* data, int) {
         }
     }
     QByteArray bytes = self->m_port.readAll();
+    self->m_lineBytes += bytes.size();
     if (OBEX_CustomDataFeed(handle, reinterpret_cast<uint8_t*>(bytes.data()), int(bytes.size())) < 0 &&
         self->m_fault == Fault::None)
         self->m_fault = Fault::Garbled;

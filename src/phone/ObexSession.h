@@ -38,6 +38,9 @@ public:
     // PUT of a file in the current folder; without body it deletes the file.
     void put(const QString& name, const QByteArray* body);
     bool sound() const { return m_sound; }
+    // Bytes that crossed the line both ways, and requests answered (AT lines included).
+    qint64 lineBytes() const { return m_lineBytes; }
+    int requests() const { return m_requests; }
 
 private:
     enum class Fault { None, Timeout, LineDead, Garbled };
@@ -69,6 +72,8 @@ private:
     bool m_sound = true;
     bool m_connected = false;
     QStringList m_folder;
+    qint64 m_lineBytes = 0;
+    int m_requests = 0;
 };
 
 } // namespace tsr::phone

@@ -110,6 +110,26 @@ TEST_F(Obex, ListReadWriteReplaceAndDeleteContacts) {
     EXPECT_EQ(uint32_t(errorOf([&] { slot->ReadFile(QStringLiteral("\\telecom\\nothing\\1.vcf")); })), 0x80070002u);
 }
 
+// A listing and a file longer than one packet arrive whole, and the next request stands alone.
+TEST_F(Obex, ListingsAndFilesLongerThanAPacket) {
+    phone::GDXServerSlot& slot = slotWith("--max-record 15000");
+    for (int i = 1; i <= 150; ++i)
+        phone->seedFile(QStringLiteral("pb/%1.vcf").arg(i), contact("Many", 150 + i));
+    const QByteArray big = contact("Big", 4000) + contact("Bigger", 6000);
+    phone->seedFile(QStringLiteral("pb/151.vcf"), big);
+    QStringList names;
+    ASSERT_EQ(phone::DirMobileEntryFiles(ctx, slot, kPb, QStringLiteral("*.vcf"), names), 151);
+    EXPECT_EQ(names.first(), QStringLiteral("1.vcf"));
+    EXPECT_EQ(names.last(), QStringLiteral("151.vcf"));
+    EXPECT_EQ(slot->ReadFile(kPb + QStringLiteral("1.vcf")), contact("Many", 151));
+    EXPECT_EQ(slot->ReadFile(kPb + QStringLiteral("151.vcf")), big);
+    slot->WriteFile(kPb + QStringLiteral("new.vcf"), big, 0);
+    EXPECT_EQ(phone->file(QStringLiteral("pb/152.vcf")), big);
+    EXPECT_EQ(slot->ReadFile(kPb + QStringLiteral("2.vcf")), contact("Many", 152));
+    EXPECT_EQ(uint32_t(errorOf([&] { slot->WriteFile(kPb + QStringLiteral("new.vcf"), big + big, 0); })), 0x80004005u)
+        << "a file longer than the phone takes";
+}
+
 // The calendar files are the records of the AT road: one store, two views.
 TEST_F(Obex, CalendarFilesAreTheATRecords) {
     phone::GDXServerSlot& slot = slotWith("--first 1 --last 20");

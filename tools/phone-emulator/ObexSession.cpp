@@ -328,7 +328,10 @@ ObexReply ObexSession::handle(const std::string& packet) {
     // A GET answered in several packets: each further request asks for the next one.
     if (op == kGet && !m_getRest.empty() && m_request.opcode == kGet) {
         m_request.bytes += packet.size();
-        return nextGetChunk();
+        ObexReply reply = nextGetChunk();
+        if (m_getRest.empty())
+            m_request = Request{}; // the last piece: the next GET is a new request
+        return reply;
     }
     if (m_request.opcode != op)
         m_request = Request{};
