@@ -25,6 +25,7 @@ struct Servers {
     QString ATCPortSet; // the port last given to the AT-command server
     // The AT-command server whose phone was last asked for OBEX, so each link is asked once.
     std::weak_ptr<phone::ATCServer> FileTransferProbed;
+    QString FileTransferProbedPort;
 };
 
 } // namespace tsr::core

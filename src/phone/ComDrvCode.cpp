@@ -41,11 +41,17 @@ void fillFileTransferSlot(core::Context& ctx) {
     try {
         ATCServer& link = atcServer(ctx);
         SetATCPort(ctx);
-        // Asked once per link: a phone without OBEX is not asked again at every step.
-        if (ctx.servers.FileTransferProbed.lock() == ctx.servers.ATCServer)
+        // Asked once per link and port: a phone without OBEX is not asked again at every step.
+        // A phone that gave no answer is asked again: it may be plugged in by then.
+        if (ctx.servers.FileTransferProbed.lock() == ctx.servers.ATCServer &&
+            ctx.servers.FileTransferProbedPort == link.port())
+            return;
+        const std::optional<bool> offered = ObexServer::offeredBy(link);
+        if (!offered)
             return;
         ctx.servers.FileTransferProbed = ctx.servers.ATCServer;
-        if (!ObexServer::offeredBy(link))
+        ctx.servers.FileTransferProbedPort = link.port();
+        if (!*offered)
             return;
         ctx.servers.GDXServer = std::make_shared<ObexServer>([&ctx] {
             atcServer(ctx);

@@ -49,8 +49,8 @@ ObexServer::~ObexServer() {
     endSession(true);
 }
 
-bool ObexServer::offeredBy(ATCServer& link) {
-    bool offered = false;
+std::optional<bool> ObexServer::offeredBy(ATCServer& link) {
+    std::optional<bool> offered;
     bool lineUnknown = false;
     try {
         QSerialPort& port = link.lendDevice([] {});
@@ -58,12 +58,14 @@ bool ObexServer::offeredBy(ATCServer& link) {
             ObexSession probe(port, link.timeOut());
             offered = listsProtocolZero(probe.atCommand(QByteArrayLiteral("AT+CPROT=?")));
         } catch (const core::TsrError& e) {
-            // An error result leaves the line as it was; silence or a break does not.
+            // An error result is an answer, and leaves the line as it was; silence or a break is neither.
             lineUnknown = e.number() == atc::NotResponding || e.number() == atc::ServerGone;
+            if (!lineUnknown)
+                offered = false;
         }
         link.returnDevice(lineUnknown);
     } catch (const core::TsrError&) {
-        return false;
+        return std::nullopt;
     }
     return offered;
 }

@@ -15,6 +15,7 @@
 #include <QStringList>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace tsr::phone {
 
@@ -36,8 +37,9 @@ public:
     QByteArray ReadFile(const QString& fullPath) override;
     void WriteFile(const QString& fullPath, const QByteArray& stream, int flags) override;
 
-    // The phone lists OBEX (protocol 0) in its answer to AT+CPROT=?; any failure is a no.
-    static bool offeredBy(ATCServer& link);
+    // Whether the phone lists OBEX (protocol 0) in its answer to AT+CPROT=?; an error result
+    // is a no; nothing when the phone gave no answer at all (no device, silence, a broken line).
+    static std::optional<bool> offeredBy(ATCServer& link);
     // Sessions opened since the server was made: a plain count for tests and diagnostics.
     int sessionCount() const { return m_sessions; }
     // Bytes that crossed the line for the file calls, both ways, and the requests they took.

@@ -52,14 +52,20 @@ protected:
 } // namespace
 
 // The slot holds the server exactly when the setting allows it and the phone offers OBEX; else
-// the driver keeps its empty-slot road. The phone is asked once per link.
+// the driver keeps its empty-slot road. A phone that answered is asked once per link, a silent
+// one again at the next step.
 TEST_F(Obex, TheSlotIsFilledOnlyWhenAllowedAndOffered) {
     struct Case {
         const char* options;
         int16_t setting;
         bool filled;
+        int probes; // of two steps
     };
-    const Case cases[] = {{"", 1, true}, {"--no-obex", 1, false}, {"", 0, false}, {"--error +CPROT", 1, false}};
+    const Case cases[] = {{"", 1, true, 1},
+                          {"--no-obex", 1, false, 1},
+                          {"", 0, false, 0},
+                          {"--error +CPROT", 1, false, 1},
+                          {"--silent +CPROT", 1, false, 2}};
     for (const Case& c : cases) {
         ctx.servers = {};
         ctx.settings.FileTransfer = c.setting;
@@ -67,12 +73,22 @@ TEST_F(Obex, TheSlotIsFilledOnlyWhenAllowedAndOffered) {
         EXPECT_TRUE(phone::InitComm(ctx));
         EXPECT_TRUE(phone::InitComm(ctx));
         EXPECT_EQ(bool(ctx.servers.GDXServer), c.filled) << c.options << " setting " << c.setting;
-        EXPECT_EQ(journalCount(QStringLiteral("AT+CPROT=?")), c.setting == 1 ? 1 : 0) << c.options;
+        EXPECT_EQ(journalCount(QStringLiteral("AT+CPROT=?")), c.probes) << c.options;
         QStringList names;
         EXPECT_EQ(phone::DirMobileEntryFiles(ctx, ctx.servers.GDXServer, kPb, QStringLiteral("*.vcf"), names),
                   c.filled ? 0 : -1)
             << c.options;
     }
+}
+
+// A phone that is not there yet gets the slot filled once it answers on the port.
+TEST_F(Obex, APhoneFoundLaterIsAskedAgain) {
+    ctx.options.port = config.filePath(QStringLiteral("no-such-device"));
+    EXPECT_TRUE(phone::InitComm(ctx));
+    EXPECT_FALSE(ctx.servers.GDXServer);
+    startPhone();
+    EXPECT_TRUE(phone::InitComm(ctx));
+    EXPECT_TRUE(ctx.servers.GDXServer);
 }
 
 // Listing, reading, a new contact in the next slot, a replacement (delete then write) and a
