@@ -236,25 +236,26 @@ TEST_F(Obex, TheSessionLastsUntilTheATRoadNeedsTheLine) {
 namespace {
 
 struct ObexFaultCase {
+    const char* name;
     const char* options;
     const char* operation; // list, read, write, delete
     uint32_t number;
 };
 
 const ObexFaultCase kObexFaults[] = {
-    {"--cme 196:OBEX:GET:TELECOM/PB/2.VCF", "read", 0x80070002u},
-    {"--cme 195:OBEX:GET:TELECOM/PB/2.VCF", "read", 0x80070005u},
-    {"--cme 195:OBEX:PUT:TELECOM/PB/NEW.VCF", "write", 0x80070005u},
-    {"--cme 195:OBEX:DELETE:TELECOM/PB/2.VCF", "delete", 0x80070005u},
-    {"--error OBEX:GET:TELECOM/PB", "list", 0x80004005u},
-    {"--cme 196:OBEX:SETPATH:TELECOM/PB", "list", 0x80070002u},
-    {"--cme 195:OBEX:CONNECT", "read", 0x80070005u},
-    {"--error +CPROT=0", "read", 0x80004005u},
-    {"--silent OBEX:GET:TELECOM/PB/2.VCF", "read", 0x80010001u},
-    {"--silent OBEX:CONNECT", "list", 0x80010001u},
-    {"--silent OBEX:PUT:TELECOM/PB/NEW.VCF", "write", 0x80010001u},
-    {"--break-after 20:OBEX:GET:TELECOM/PB/2.VCF", "read", 462u},
-    {"--break-after 5:OBEX:SETPATH:TELECOM", "list", 462u},
+    {"ReadNotFound", "--cme 196:OBEX:GET:TELECOM/PB/2.VCF", "read", 0x80070002u},
+    {"ReadForbidden", "--cme 195:OBEX:GET:TELECOM/PB/2.VCF", "read", 0x80070005u},
+    {"NewContactForbidden", "--cme 195:OBEX:PUT:TELECOM/PB/NEW.VCF", "write", 0x80070005u},
+    {"DeleteForbidden", "--cme 195:OBEX:DELETE:TELECOM/PB/2.VCF", "delete", 0x80070005u},
+    {"ListInternalError", "--error OBEX:GET:TELECOM/PB", "list", 0x80004005u},
+    {"FolderNotFound", "--cme 196:OBEX:SETPATH:TELECOM/PB", "list", 0x80070002u},
+    {"ConnectRefused", "--cme 195:OBEX:CONNECT", "read", 0x80070005u},
+    {"SwitchRefused", "--error +CPROT=0", "read", 0x80004005u},
+    {"ReadSilent", "--silent OBEX:GET:TELECOM/PB/2.VCF", "read", 0x80010001u},
+    {"ConnectSilent", "--silent OBEX:CONNECT", "list", 0x80010001u},
+    {"PutSilent", "--silent OBEX:PUT:TELECOM/PB/NEW.VCF", "write", 0x80010001u},
+    {"ReadBreaks", "--break-after 20:OBEX:GET:TELECOM/PB/2.VCF", "read", 462u},
+    {"SetPathBreaks", "--break-after 5:OBEX:SETPATH:TELECOM", "list", 462u},
 };
 
 class ObexFault : public Obex, public ::testing::WithParamInterface<ObexFaultCase> {};
@@ -297,7 +298,7 @@ TEST_P(ObexFault, MapsToItsNumberAndLeavesTheLineToAT) {
 
 INSTANTIATE_TEST_SUITE_P(Faults, ObexFault, ::testing::ValuesIn(kObexFaults),
                          [](const ::testing::TestParamInfo<ObexFaultCase>& info) {
-                             return "Case" + std::to_string(info.index);
+                             return std::string(info.param.name);
                          });
 
 // A line that breaks in the middle of a PUT leaves no half file on the phone, and the next
@@ -311,4 +312,21 @@ TEST_F(Obex, ABreakInThePutLeavesNoHalfFile) {
     QByteArray text;
     EXPECT_NO_THROW(phone::atcServer(ctx).ReadEntry(1, text));
     EXPECT_EQ(text, QByteArray("cal one"));
+}
+
+// A broken line met by a driver routine is reported and empties both slots; the next step makes
+// the AT server afresh, asks the phone again and fills the slot, and the read works.
+TEST_F(Obex, ABrokenLineEmptiesTheSlotsAndTheNextStepFillsThem) {
+    slotWith("--break-after 20:OBEX:GET:TELECOM/PB/2.VCF");
+    phone->seedFile(QStringLiteral("pb/1.vcf"), contact("One"));
+    phone->seedFile(QStringLiteral("pb/2.vcf"), contact("Two"));
+    QByteArray text;
+    EXPECT_FALSE(phone::GetSingleMobileEntry(ctx, ctx.servers.GDXServer, kPb, text, QStringLiteral("2.vcf")));
+    EXPECT_FALSE(ctx.servers.GDXServer);
+    EXPECT_FALSE(ctx.servers.ATCServer);
+    EXPECT_TRUE(boxTexts().contains(QLatin1String("Process communication between"))) << boxTexts().toStdString();
+    EXPECT_TRUE(phone::InitComm(ctx));
+    ASSERT_TRUE(ctx.servers.GDXServer);
+    EXPECT_TRUE(phone::GetSingleMobileEntry(ctx, ctx.servers.GDXServer, kPb, text, QStringLiteral("1.vcf")));
+    EXPECT_EQ(text, contact("One"));
 }
