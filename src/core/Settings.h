@@ -51,6 +51,7 @@ struct Settings {
     QString HomeDir = QStringLiteral("c:");
     QString PORT = QStringLiteral("COM1"); // the file-transfer server's port
     QString Port = QStringLiteral("COM1"); // the AT-command server's port
+    int16_t FileTransfer = 1;              // Linux build: 1 fills the file-transfer slot when the phone offers OBEX
 };
 
 // The user's date and time formats, with their start values.

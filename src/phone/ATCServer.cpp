@@ -7,6 +7,7 @@
 #include <QRandomGenerator>
 #include <QSerialPort>
 #include <algorithm>
+#include <utility>
 
 namespace tsr::phone {
 
@@ -89,6 +90,8 @@ void ATCServer::fail(int32_t number, const QString& description) {
 }
 
 void ATCServer::closeDevice() {
+    if (auto reclaim = std::exchange(m_reclaim, nullptr))
+        reclaim();
     if (m_serial) {
         m_serial->close();
         m_serial.reset();
@@ -104,8 +107,23 @@ void ATCServer::failFraming(const QString& description) {
 }
 
 void ATCServer::ensureOpen() {
+    if (auto reclaim = std::exchange(m_reclaim, nullptr))
+        reclaim();
     if (!isOpen())
         openDevice();
+}
+
+QSerialPort& ATCServer::lendDevice(std::function<void()> reclaim) {
+    ensureOpen();
+    m_buffer.clear();
+    m_reclaim = std::move(reclaim);
+    return *m_serial;
+}
+
+void ATCServer::returnDevice(bool closeIt) {
+    m_reclaim = nullptr;
+    if (closeIt)
+        closeDevice();
 }
 
 void ATCServer::openDevice() {

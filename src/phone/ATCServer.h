@@ -15,6 +15,7 @@
 #include <QString>
 #include <QStringList>
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 class QSerialPort;
@@ -75,6 +76,13 @@ public:
     // Records read ahead in one range.
     static constexpr int kReadAhead = 32;
 
+    // Lends the open device (opened first if need be) to another protocol on the same line.
+    // `reclaim` runs before the next AT command or when the device closes; it must end that
+    // protocol and call returnDevice. With `closeIt` the line's state is unknown, and the
+    // next command opens the device afresh.
+    QSerialPort& lendDevice(std::function<void()> reclaim);
+    void returnDevice(bool closeIt);
+
 private:
     struct Reply {
         QList<QByteArray> lines;    // information lines, without CR LF
@@ -123,6 +131,7 @@ private:
     int m_timeoutMs = 7500;
     int m_commands = 0;
     int m_portChanges = 0;
+    std::function<void()> m_reclaim; // set while the device is lent
 };
 
 } // namespace tsr::phone

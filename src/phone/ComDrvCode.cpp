@@ -4,6 +4,7 @@
 #include "core/ErrorReport.h"
 #include "phone/ATCServer.h"
 #include "phone/LineSettings.h"
+#include "phone/ObexServer.h"
 #include "spine/RegistryStore.h"
 
 #include <QLocalSocket>
@@ -32,7 +33,37 @@ ATCServer& atcServer(core::Context& ctx) {
 }
 
 bool InitComm(core::Context& ctx) {
+    if (ctx.flags.GDX_Check)
+        fillFileTransferSlot(ctx);
     return ctx.flags.GDX_Check;
+}
+
+void fillFileTransferSlot(core::Context& ctx) {
+    if (ctx.servers.GDXServer || ctx.settings.FileTransfer != 1)
+        return;
+    try {
+        ATCServer& link = atcServer(ctx);
+        SetATCPort(ctx);
+        // Asked once per link and port: a phone without OBEX is not asked again at every step.
+        // A phone that gave no answer is asked again: it may be plugged in by then.
+        if (ctx.servers.FileTransferProbed.lock() == ctx.servers.ATCServer &&
+            ctx.servers.FileTransferProbedPort == link.port())
+            return;
+        const std::optional<bool> offered = ObexServer::offeredBy(link);
+        if (!offered)
+            return;
+        ctx.servers.FileTransferProbed = ctx.servers.ATCServer;
+        ctx.servers.FileTransferProbedPort = link.port();
+        if (!*offered)
+            return;
+        ctx.servers.GDXServer = std::make_shared<ObexServer>([&ctx] {
+            atcServer(ctx);
+            SetATCPort(ctx);
+            return ctx.servers.ATCServer;
+        });
+    } catch (const std::exception&) {
+        // A phone that does not answer is the AT road's to report, at its own step.
+    }
 }
 
 void DeinitComm(core::Context&) {}

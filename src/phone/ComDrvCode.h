@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The link session: whether the phone may be used, the server slot of the
-// AT-command server, the choice of the serial port and the dump hook. The
-// phone is never spoken to here.
+// The link session: whether the phone may be used, the server slots, the
+// choice of the serial port and the dump hook. The phone is spoken to here
+// only to ask, once per link, whether it offers OBEX for the file-transfer slot.
 #pragma once
 
 #include "core/Context.h"
@@ -18,7 +18,10 @@ class ATCServer;
 // for each answer.
 ATCServer& atcServer(core::Context& ctx);
 
+// True when the phone may be used; then, with the setting FileTransfer at 1, an empty
+// file-transfer slot gets an OBEX server if the phone offers OBEX.
 bool InitComm(core::Context& ctx);
+void fillFileTransferSlot(core::Context& ctx);
 void DeinitComm(core::Context& ctx);
 
 // The serial port control that GetCommPort probes with: opening port n gives the

@@ -275,7 +275,9 @@ void ClearOutlookFromGrid(core::Context& ctx, Recordset& table) {
                 }
                 table.setValue(QStringLiteral("UID"), QString());
                 table.setValue(QStringLiteral("EntryType"), int32_t(2));
-                table.setValue(QStringLiteral("creafromMob"), false);
+                // Only the calendar table has the field: the contact table would raise on it.
+                if (table.hasField(QStringLiteral("creafromMob")))
+                    table.setValue(QStringLiteral("creafromMob"), false);
                 table.update();
             }
             table.moveNext();

@@ -227,6 +227,8 @@ void RegValGet(core::Context& ctx) {
         s.PORT = port.toText();
     else
         s.PORT = QStringLiteral("COM1");
+    s.FileTransfer = core::CInt(
+        core::Val(readText(ctx, HKEY_LOCAL_MACHINE, KeyLinux, QStringLiteral("FileTransfer"), QStringLiteral("1"))));
     s.Port = ctx.options.port.isEmpty()
                  ? readText(ctx, HKEY_LOCAL_MACHINE, KeyTSR, QStringLiteral("Port"), QStringLiteral("COM1"))
                  : ctx.options.port;

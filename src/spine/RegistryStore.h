@@ -20,6 +20,8 @@ inline constexpr int32_t HKEY_LOCAL_MACHINE = static_cast<int32_t>(0x80000002);
 inline const QString KeySuite = QStringLiteral("Software\\Orvane\\Halvorix 5.0");
 inline const QString KeyTSR = QStringLiteral("Software\\Orvane\\Halvorix 5.0\\TSR");
 inline const QString KeySettings = QStringLiteral("Software\\Orvane\\Halvorix 5.0\\TSR\\Settings");
+// The Linux build's own settings, beside the program's.
+inline const QString KeyLinux = QStringLiteral("Software\\Orvane\\Halvorix 5.0\\TSR\\Linux");
 inline const QString KeyInternational = QStringLiteral("Control Panel\\International");
 
 // The folder of the two INI files: --config=DIR, else the user's configuration folder.

@@ -47,8 +47,9 @@ protected:
 
 } // namespace
 
-// InitComm follows GDX_Check and opens nothing.
+// InitComm follows GDX_Check and, with the file-transfer setting off, opens nothing.
 TEST_F(LinkSession, InitCommFollowsTheCheckBox) {
+    ctx.settings.FileTransfer = 0;
     ctx.flags.GDX_Check = false;
     EXPECT_FALSE(phone::InitComm(ctx));
     ctx.flags.GDX_Check = true;

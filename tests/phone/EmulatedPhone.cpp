@@ -83,6 +83,23 @@ QMap<int, QByteArray> EmulatedPhone::records() const {
     return out;
 }
 
+void EmulatedPhone::seedFile(const QString& path, const QByteArray& bytes) {
+    const QString full = m_dir.filePath(QStringLiteral("store/") + path);
+    QDir().mkpath(QFileInfo(full).path());
+    QFile f(full);
+    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) || f.write(bytes) != bytes.size())
+        throw std::runtime_error("cannot seed a file");
+}
+
+QByteArray EmulatedPhone::file(const QString& path) const {
+    QFile f(m_dir.filePath(QStringLiteral("store/") + path));
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+QStringList EmulatedPhone::filesIn(const QString& folder) const {
+    return QDir(m_dir.filePath(QStringLiteral("store/") + folder)).entryList(QDir::Files, QDir::Name);
+}
+
 QStringList EmulatedPhone::journal() const {
     QFile f(m_dir.filePath(QStringLiteral("journal")));
     if (!f.open(QIODevice::ReadOnly))

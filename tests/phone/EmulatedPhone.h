@@ -51,6 +51,11 @@ public:
     QByteArray record(int index) const;
     // Every record the phone holds, by index.
     QMap<int, QByteArray> records() const;
+    // Any file of the phone's folder by its path there ("pb/3.vcf"), for the OBEX view.
+    void seedFile(const QString& path, const QByteArray& bytes);
+    QByteArray file(const QString& path) const;
+    // The names of the files in one of the phone's folders ("pb"), sorted.
+    QStringList filesIn(const QString& folder) const;
     // The command lines the emulator received, in order.
     QStringList journal() const;
     void clearJournal();

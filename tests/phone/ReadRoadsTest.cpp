@@ -123,6 +123,7 @@ TEST_F(ReadRoads, ARefusedRecordEndsTheReadWithANamedError) {
 // The silent calendar road goes through the file-transfer driver: with a phone
 // that answers, its status test stands the other way round and ends the read.
 TEST_F(ReadRoads, SilentReadOfAWorkingPhoneEndsAtTheStatusTest) {
+    ctx.settings.FileTransfer = 0; // the empty file-transfer slot
     seedBothSides();
     ctx.flags.GlobalSilent = true;
     EXPECT_FALSE(phone::SilentvCalReadMobile(ctx));

@@ -386,3 +386,16 @@ TEST_F(RegistrySettingsTest, UnwritableStoreShowsRegistryError) {
 }
 
 } // namespace
+
+// FileTransfer lives in the Linux build's own group: missing it is 1, a stored 0 turns the
+// file-transfer road off, and the program's Settings key does not count.
+TEST_F(RegistrySettingsTest, FileTransferIsReadFromTheLinuxGroup) {
+    spine::RegValGet(ctx);
+    EXPECT_EQ(ctx.settings.FileTransfer, 1);
+    put(QStringLiteral("FileTransfer"), core::Value(int32_t(0)));
+    spine::RegValGet(ctx);
+    EXPECT_EQ(ctx.settings.FileTransfer, 1);
+    put(QStringLiteral("FileTransfer"), core::Value(int32_t(0)), spine::KeyLinux);
+    spine::RegValGet(ctx);
+    EXPECT_EQ(ctx.settings.FileTransfer, 0);
+}

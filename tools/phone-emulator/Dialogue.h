@@ -50,6 +50,7 @@ public:
     // The host fell silent in the middle of a record: the partial record is dropped, the
     // stored one stays as it was, and this is the final result.
     std::string abandonUpload();
+    bool echoOn() const { return m_echo; }
 
 private:
     std::string final(const std::string& body) const;

@@ -5,6 +5,7 @@
 // It keeps a handle of its own on the device side, so a host may close the
 // device and open it again without the emulator noticing.
 #include "Dialogue.h"
+#include "ObexSession.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -49,6 +50,8 @@ Calendar records are the files DIR/cal/<index>.vcs.
   --upload-pause MS      a record upload that falls silent this long is dropped
                          with +CME ERROR: 100 (default 2000)
   --no-range             a phone without range reads (AT$ORGR=4,<from>,<to>)
+  --contacts N           contact slots of the OBEX service, telecom/pb (default 500)
+  --no-obex              a phone without the OBEX service (AT+CPROT is an error)
 Faults (COMMAND is the text after "AT", e.g. '$ORGR' or '$ORGR=4,7'; it
 matches a command that starts with it and does not go on with a digit):
   --cme N:COMMAND        answer COMMAND with +CME ERROR: N
@@ -58,6 +61,10 @@ matches a command that starts with it and does not go on with a digit):
   --late MS:COMMAND      think MS milliseconds longer before answering COMMAND
   --misframe COMMAND     announce one byte more than a record read holds
   --busy                 answer every organiser command with +CME ERROR: 515
+The same fault options reach OBEX with COMMAND = OBEX:<OP>:<PATH>, OP one of
+CONNECT, SETPATH, GET, PUT, DELETE, DISCONNECT; a PATH ending in / takes in the
+folder's files (--cme N answers response code N;
+--break-after N counts the bytes of a PUT request, of the answer otherwise).
   --help                 this text
 )";
 
@@ -207,6 +214,27 @@ std::string upperCopy(std::string s) {
     return s;
 }
 
+// Answers the OBEX packets of one read at the line rate; -1 when no new line could be opened
+// after a break.
+int serveObex(const ObexFeed& fed, Line& line, const std::string& link, Pacer& pacer, long latencyMs,
+              std::ofstream& journal) {
+    for (const ObexReply& reply : fed.replies) {
+        const long long answerAt = pacer.receivedAt(reply.requestBytes) + latencyMs * 1000000LL;
+        sleepUntil(answerAt);
+        if (journal.is_open() && !reply.journal.empty())
+            journal << reply.journal << std::endl;
+        if (reply.silent)
+            continue;
+        if (reply.breakAfter >= 0) {
+            pacer.send(line.master, reply.bytes.substr(0, size_t(reply.breakAfter)), answerAt);
+            closeLine(line);
+            return openLine(line, link) ? 0 : -1;
+        }
+        pacer.send(line.master, reply.bytes, answerAt);
+    }
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -217,6 +245,8 @@ int main(int argc, char** argv) {
     long latencyMs = 0;
     long uploadPauseMs = 2000;
     std::string lineLogPath;
+    int contacts = 500;
+    bool obexOffered = true;
     enum {
         Dir = 1,
         Link,
@@ -241,7 +271,9 @@ int main(int argc, char** argv) {
         NoRange,
         UploadPause,
         LineLog,
-        Help
+        Help,
+        Contacts,
+        NoObex
     };
     const option options[] = {{"dir", required_argument, nullptr, Dir},
                               {"link", required_argument, nullptr, Link},
@@ -267,6 +299,8 @@ int main(int argc, char** argv) {
                               {"upload-pause", required_argument, nullptr, UploadPause},
                               {"line-log", required_argument, nullptr, LineLog},
                               {"help", no_argument, nullptr, Help},
+                              {"contacts", required_argument, nullptr, Contacts},
+                              {"no-obex", no_argument, nullptr, NoObex},
                               {nullptr, 0, nullptr, 0}};
     int opt = 0;
     while ((opt = getopt_long(argc, argv, "", options, nullptr)) != -1) {
@@ -326,6 +360,12 @@ int main(int argc, char** argv) {
         case Help:
             std::cout << kUsage;
             return 0;
+        case Contacts:
+            contacts = std::atoi(optarg);
+            break;
+        case NoObex:
+            obexOffered = false;
+            break;
         case Silent:
         case PlainErr:
         case Misframe:
@@ -361,6 +401,7 @@ int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);
 
     Dialogue dialogue(setup);
+    ObexSession obex(setup, obexOffered, contacts);
     Pacer pacer(baud);
     std::ofstream journal;
     if (!journalPath.empty())
@@ -393,7 +434,14 @@ int main(int argc, char** argv) {
         const ssize_t n = read(line.master, buf, sizeof buf);
         if (n <= 0)
             continue;
-        for (ssize_t i = 0; i < n; ++i) {
+        ssize_t i = 0;
+        if (obex.active()) {
+            const ObexFeed fed = obex.feed(buf, size_t(n));
+            if (serveObex(fed, line, link, pacer, latencyMs, journal) < 0)
+                return 1;
+            i = ssize_t(fed.consumed);
+        }
+        for (; i < n; ++i) {
             const char c = buf[i];
             if (uploadLeft >= 0) {
                 pending += c;
@@ -418,7 +466,8 @@ int main(int argc, char** argv) {
             long long answerAt = pacer.receivedAt(pending.size() + 1) + latencyMs * 1000000LL;
             if (journal.is_open())
                 journal << pending << std::endl;
-            const Answer answer = dialogue.command(pending);
+            const auto protocol = obex.atCommand(pending, dialogue.echoOn());
+            const Answer answer = protocol ? *protocol : dialogue.command(pending);
             pending.clear();
             answerAt += answer.delayMs * 1000000LL;
             sleepUntil(answerAt);
@@ -434,6 +483,12 @@ int main(int argc, char** argv) {
                 break;
             }
             pacer.send(line.master, answer.bytes, answerAt);
+            if (obex.active()) {
+                const ObexFeed fed = obex.feed(buf + i + 1, size_t(n - i - 1));
+                if (serveObex(fed, line, link, pacer, latencyMs, journal) < 0)
+                    return 1;
+                break;
+            }
             if (answer.uploadLength == 0) {
                 pacer.send(line.master, dialogue.upload(std::string()), answerAt);
             } else if (answer.uploadLength > 0) {
