@@ -7,4 +7,8 @@ bash scripts/install-deps.sh
 export CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1
 cmake --preset default >/dev/null
 cmake --build --preset default -j "$(nproc)"
-exec build/default/src/app/tessarine --headless "$@"
+# One AutoSync of both lists unless the arguments name another switch.
+case " ${*^^} " in
+*" BOTH "* | *" VCAL "* | *" VCARD "*) exec build/default/src/app/tessarine --headless "$@" ;;
+*) exec build/default/src/app/tessarine --headless "$@" BOTH ;;
+esac
