@@ -132,8 +132,11 @@ template <class Op> auto ObexServer::inFolder(const QStringList& folder, Op&& op
     }
 }
 
+// The bindings are copied into plain names: a lambda cannot take a structured binding everywhere.
 void ObexServer::DeleteFile(const QString& fullPath) {
-    const auto [folder, name] = splitPath(fullPath);
+    const auto split = splitPath(fullPath);
+    const auto& folder = split.first;
+    const auto& name = split.second;
     inFolder(folder, [&](ObexSession& s) {
         s.put(name, nullptr);
         return 0;
@@ -141,7 +144,9 @@ void ObexServer::DeleteFile(const QString& fullPath) {
 }
 
 QList<QStringList> ObexServer::ListFiles(const QString& pathWithMask, int) {
-    const auto [folder, mask] = splitPath(pathWithMask);
+    const auto split = splitPath(pathWithMask);
+    const auto& folder = split.first;
+    const auto& mask = split.second;
     return inFolder(folder, [&](ObexSession& s) {
         const QByteArray document = s.get(QString(), QByteArrayLiteral("x-obex/folder-listing"));
         const auto rows = obexListedFiles(document, mask);
@@ -153,12 +158,16 @@ QList<QStringList> ObexServer::ListFiles(const QString& pathWithMask, int) {
 }
 
 QByteArray ObexServer::ReadFile(const QString& fullPath) {
-    const auto [folder, name] = splitPath(fullPath);
+    const auto split = splitPath(fullPath);
+    const auto& folder = split.first;
+    const auto& name = split.second;
     return inFolder(folder, [&](ObexSession& s) { return s.get(name, QByteArray()); });
 }
 
 void ObexServer::WriteFile(const QString& fullPath, const QByteArray& stream, int) {
-    const auto [folder, name] = splitPath(fullPath);
+    const auto split = splitPath(fullPath);
+    const auto& folder = split.first;
+    const auto& name = split.second;
     inFolder(folder, [&](ObexSession& s) {
         s.put(name, &stream);
         return 0;
