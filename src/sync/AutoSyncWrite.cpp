@@ -89,6 +89,35 @@ bool writeToPim(core::Context& ctx, Recordset& Table) {
     return true;
 }
 
+// A contact only in the PIM goes to the phone and then stands on both sides;
+// false when the phone refused it, with the row as it was.
+bool sendContactToMobile(core::Context& ctx, Recordset& Table) {
+    Table.setValue(QStringLiteral("Mobile"), true);
+    if (!phone::SendSinglevCardEntry(ctx, Table, true)) {
+        Table.setValue(QStringLiteral("Mobile"), false);
+        return false;
+    }
+    Table.setValue(QStringLiteral("EntryType"), int32_t(3));
+    Table.update();
+    ctx.read.vCardMobileCount += 1;
+    return true;
+}
+
+// A contact only on the phone goes to the PIM; false when no item was made, and
+// the PIM's side then leaves the table.
+bool writeContactToPim(core::Context& ctx, Recordset& Table) {
+    Table.setValue(QStringLiteral("PIM"), true);
+    bool isNew = true;
+    pim::vCardWriteOutookEntry(ctx, Table, isNew, ctx.pim.GlobalContactFolder);
+    if (text(Table, u"UID").isEmpty()) {
+        pim::ClearOutlookFromGrid(ctx, Table);
+        return false;
+    }
+    Table.setValue(QStringLiteral("EntryType"), int32_t(3));
+    Table.update();
+    return true;
+}
+
 } // namespace
 
 bool SyncType(core::Context& ctx, int16_t Mode, Recordset& Table, int16_t& Counter) {
@@ -227,15 +256,10 @@ void PIMwriteMobile(core::Context& ctx, Recordset& Table) {
             if (entryType(Table) == 1) {
                 ++written;
                 statusRow(ctx, Table, written);
-                Table.setValue(QStringLiteral("Mobile"), true);
-                if (!phone::SendSinglevCardEntry(ctx, Table, true)) {
-                    Table.setValue(QStringLiteral("Mobile"), false);
+                if (!sendContactToMobile(ctx, Table)) {
                     vCardClearAfterMobileError(ctx, true, true);
                     return;
                 }
-                Table.setValue(QStringLiteral("EntryType"), int32_t(3));
-                Table.update();
-                ctx.read.vCardMobileCount += 1;
             }
             Table.moveNext();
         }
@@ -252,15 +276,8 @@ void vcardMobileWritePIM(core::Context& ctx, Recordset& Table) {
             if (entryType(Table) == 2) {
                 ++walked;
                 statusRow(ctx, Table, walked);
-                Table.setValue(QStringLiteral("PIM"), true);
-                bool isNew = true;
-                pim::vCardWriteOutookEntry(ctx, Table, isNew, ctx.pim.GlobalContactFolder);
-                if (text(Table, u"UID").isEmpty()) {
-                    pim::ClearOutlookFromGrid(ctx, Table);
+                if (!writeContactToPim(ctx, Table))
                     return;
-                }
-                Table.setValue(QStringLiteral("EntryType"), int32_t(3));
-                Table.update();
             }
             Table.moveNext();
         }
@@ -280,28 +297,16 @@ void CompleteSyncvCard(core::Context& ctx, Recordset& Table) {
             if (type == 1) {
                 ++handled;
                 statusRow(ctx, Table, handled);
-                Table.setValue(QStringLiteral("Mobile"), true);
-                if (!phone::SendSinglevCardEntry(ctx, Table, true)) {
-                    Table.setValue(QStringLiteral("Mobile"), false);
+                if (!sendContactToMobile(ctx, Table)) {
                     if (!ctx.flags.GlobalClosing)
                         vCardClearAfterMobileError(ctx, true, true);
                     return;
                 }
-                Table.setValue(QStringLiteral("EntryType"), int32_t(3));
-                Table.update();
-                ctx.read.vCardMobileCount += 1;
             } else if (type == 2) {
                 ++handled;
                 statusRow(ctx, Table, handled);
-                Table.setValue(QStringLiteral("PIM"), true);
-                bool isNew = true;
-                pim::vCardWriteOutookEntry(ctx, Table, isNew, ctx.pim.GlobalContactFolder);
-                if (text(Table, u"UID").isEmpty()) {
-                    pim::ClearOutlookFromGrid(ctx, Table);
+                if (!writeContactToPim(ctx, Table))
                     return;
-                }
-                Table.setValue(QStringLiteral("EntryType"), int32_t(3));
-                Table.update();
             }
             Table.moveNext();
         }
