@@ -9,7 +9,7 @@ packages=(
     libical-dev libopenobex2-dev
     googletest libgtest-dev libgmock-dev libbenchmark-dev
     clang-14 libclang-rt-14-dev
-    xvfb unrtf khal khard
+    xvfb unrtf khal khard vdirsyncer radicale poppler-utils fonts-dejavu-core
 )
 
 missing=()
