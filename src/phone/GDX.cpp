@@ -172,6 +172,29 @@ int DirMobileEntryFiles(core::Context& ctx, GDXServerSlot& server, const QString
     });
 }
 
+namespace {
+
+// Contacts keep no buffer of free entries: the transfer may fill the whole capacity.
+void noteCardCapacity(core::Context& ctx, int16_t capacity) {
+    ctx.phone.MobileCardCapacity = capacity;
+    ctx.read.FreeContactSlots = capacity;
+}
+
+} // namespace
+
+bool readCardCapacity(core::Context& ctx, GDXServerSlot& server, const QString& path) {
+    return core::guarded(ctx, kGDX, QStringLiteral("readCardCapacity"), false, [&] {
+        GDXInfoTable table;
+        if (!getMobileGDXInfo(ctx, server, path, ctx.phone.PbInfoFile, table))
+            return false;
+        GDXDeviceInfo cardInfo;
+        int16_t maxOut = 0, totalOut = 0, lastOut = 0;
+        GDXInfoAuswertung(ctx, table, cardInfo, maxOut, totalOut, lastOut, true);
+        noteCardCapacity(ctx, maxOut);
+        return true;
+    });
+}
+
 bool getvCardMobileEntryName(core::Context& ctx, GDXServerSlot& server, QString& name, const QString& path) {
     return core::guarded(ctx, kGDX, QStringLiteral("getvCardMobileEntryName"), false, [&] {
         name.clear();
@@ -181,6 +204,7 @@ bool getvCardMobileEntryName(core::Context& ctx, GDXServerSlot& server, QString&
         GDXDeviceInfo cardInfo;
         int16_t maxOut = 0, totalOut = 0, lastOut = 0;
         GDXInfoAuswertung(ctx, table, cardInfo, maxOut, totalOut, lastOut, true);
+        noteCardCapacity(ctx, maxOut);
         ctx.read.MobileConnected = true;
         setAutoSyncTools(ctx, ctx.settings.SaveTyp != 2);
         name = QString::number(lastOut) + QStringLiteral(".vcf");

@@ -54,6 +54,10 @@ int DirMobileEntryFiles(core::Context& ctx, GDXServerSlot& server, const QString
                         QStringList& names);
 // The file name for a new contact: the last used index and ".vcf"; empty when info.log could not be read.
 bool getvCardMobileEntryName(core::Context& ctx, GDXServerSlot& server, QString& name, const QString& path);
+// The phone's contact capacity from the info.log of the contact folder, into
+// MobileCardCapacity and FreeContactSlots. Only the file-transfer road tells it:
+// with the slot empty both keep what they had and the result is false.
+bool readCardCapacity(core::Context& ctx, GDXServerSlot& server, const QString& path);
 bool GDXWriteStream(core::Context& ctx, GDXServerSlot& server, const QByteArray& text, const QString& path,
                     const QString& file);
 

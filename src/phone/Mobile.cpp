@@ -150,6 +150,7 @@ bool GetMobileVCardEntries(core::Context& ctx, bool quiet) {
         auto& read = ctx.read;
         read.vCardMobileCount = 0;
         bool goOn = true;
+        readCardCapacity(ctx, ctx.servers.GDXServer, ctx.phone.PbPath);
         QStringList names;
         const int n = DirMobileEntryFiles(ctx, ctx.servers.GDXServer, ctx.phone.PbPath, QStringLiteral("*.vcf"), names);
         Recordset scratch(QStringLiteral("RSContacts"));

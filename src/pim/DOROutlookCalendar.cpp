@@ -417,13 +417,16 @@ void SearchingforaOutlookEntry(core::Context& ctx, Recordset& table) {
             return;
         const auto& f = ctx.formats;
         const VbDate start = date(table, u"Start");
-        const QString mask = f.DateFormat + u' ' + f.GridTimeStyle;
+        // The grid's time style is a named format, so the day and the time are formatted apart.
+        const auto findText = [&f](VbDate d) {
+            return core::Format(d, f.DateFormat) + u' ' + core::Format(core::TimeValue(d), f.GridTimeStyle);
+        };
         QString filter;
         if (!flag(table, u"ISRecurring")) {
-            filter = QStringLiteral("[Start]=\"") + core::Format(start, mask) + u'"';
+            filter = QStringLiteral("[Start]=\"") + findText(start) + u'"';
         } else {
-            filter = QStringLiteral("[Start]>=\"") + core::Format(start, mask) + QStringLiteral("\" and [Start] <=\"") +
-                     core::Format(core::DateAdd(QStringLiteral("h"), 1, start), mask) + u'"';
+            filter = QStringLiteral("[Start]>=\"") + findText(start) + QStringLiteral("\" and [Start] <=\"") +
+                     findText(core::DateAdd(QStringLiteral("h"), 1, start)) + u'"';
         }
         auto items = defaultCalendar(ctx)->Items();
         items->Sort(QStringLiteral("[Start]"));

@@ -258,10 +258,14 @@ void MobileEntriesPruefung(core::Context& ctx) {
 int32_t countPimRows(Recordset& table) {
     if (table.recordCount() == 0)
         return 0;
+    // The count leaves the cursor where the read left it: the callers go on from that row.
+    const int position = table.absolutePosition();
     int32_t count = 0;
     for (table.moveFirst(); !table.eof(); table.moveNext())
         if (table.value(QStringLiteral("PIM")).toBool())
             ++count;
+    if (position > 0)
+        table.setAbsolutePosition(position);
     return count;
 }
 

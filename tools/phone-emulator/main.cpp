@@ -108,8 +108,10 @@ bool openLine(Line& line, const std::string& link) {
     tcsetattr(line.slave, TCSANOW, &tio);
     fcntl(line.master, F_SETFL, fcntl(line.master, F_GETFL) | O_NONBLOCK);
     if (!link.empty()) {
-        unlink(link.c_str());
-        if (symlink(name, link.c_str()) != 0)
+        // Renamed into place, so the link never names nothing while it moves to a new device.
+        const std::string fresh = link + ".new";
+        unlink(fresh.c_str());
+        if (symlink(name, fresh.c_str()) != 0 || rename(fresh.c_str(), link.c_str()) != 0)
             std::cerr << "phone-emulator: cannot link " << link << ": " << std::strerror(errno) << "\n";
     }
     std::cout << line.path << std::endl;
@@ -122,6 +124,17 @@ void closeLine(Line& line) {
     if (line.slave >= 0)
         close(line.slave);
     line = Line{};
+}
+
+// The line breaks: the host's device goes dead and a new one takes its place. The
+// new device is linked before the old one hangs up, so a host that reopens the link
+// after the hang-up always finds the new device.
+bool breakLine(Line& line, const std::string& link) {
+    Line old = line;
+    line = Line{};
+    const bool opened = openLine(line, link);
+    closeLine(old);
+    return opened;
 }
 
 // Writes everything, waiting a while for a slow reader; false when the reader has gone.
@@ -227,8 +240,7 @@ int serveObex(const ObexFeed& fed, Line& line, const std::string& link, Pacer& p
             continue;
         if (reply.breakAfter >= 0) {
             pacer.send(line.master, reply.bytes.substr(0, size_t(reply.breakAfter)), answerAt);
-            closeLine(line);
-            return openLine(line, link) ? 0 : -1;
+            return breakLine(line, link) ? 0 : -1;
         }
         pacer.send(line.master, reply.bytes, answerAt);
     }
@@ -475,10 +487,8 @@ int main(int argc, char** argv) {
                 continue;
             if (answer.breakAfter >= 0) {
                 pacer.send(line.master, answer.bytes.substr(0, size_t(answer.breakAfter)), answerAt);
-                // The line breaks: the host's device goes dead and a new one takes its place.
-                closeLine(line);
                 uploadLeft = -1;
-                if (!openLine(line, link))
+                if (!breakLine(line, link))
                     return 1;
                 break;
             }
