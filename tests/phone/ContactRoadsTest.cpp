@@ -100,6 +100,9 @@ TEST_F(ContactRoads, PhoneAndStoreContactsPair) {
     const QStringList expected{QStringLiteral("Kahn:M"), QStringLiteral("Lenz:P"), QStringLiteral("Roth:MP")};
     ASSERT_TRUE(phone::vCardReadMobile(ctx));
     EXPECT_EQ(ctx.read.vCardMobileCount, 2);
+    // The contact folder's info.log tells the room a run may fill.
+    EXPECT_EQ(ctx.phone.MobileCardCapacity, 500);
+    EXPECT_EQ(ctx.read.FreeContactSlots, 500);
     ASSERT_TRUE(pim::vCardReadOutlook(ctx, rs(), false));
     EXPECT_EQ(rowSides(), expected);
     EXPECT_TRUE(ui.boxes.isEmpty()) << boxTexts().toStdString();
@@ -171,6 +174,7 @@ TEST_F(ContactRoads, SilentReadsFollowTheSlot) {
         ctx.read.MobileConnected = true;
         EXPECT_EQ(phone::SilentvCardReadMobile(ctx), setting == 1) << setting;
         EXPECT_EQ(ctx.read.vCardMobileCount, setting == 1 ? 1 : 0) << setting;
+        EXPECT_EQ(ctx.read.FreeContactSlots, setting == 1 ? 500 : 0) << setting;
         ctx.read.MobileConnected = true;
         EXPECT_EQ(phone::SilentvCalReadMobile(ctx), setting == 1) << setting;
         EXPECT_EQ(rowsByType()[2], setting == 1 ? 1 : 0) << setting;
