@@ -164,6 +164,8 @@ void ErrorsCode(Context& ctx, const TsrError& error, const QString& modul, const
         ctx.ui->msgBox(text, MsgButtons::OK, MsgIcon::Exclamation, ctx.title());
         if (ctx.ui->mainFormVisibleAndEnabled())
             ctx.ui->focusMainForm();
+    } else if (ctx.flags.GlobalSilent) {
+        ctx.ui->silentError(number, error.description(), modul, proc);
     }
     log::logWriteError(ctx, error, hint, modul, proc);
 }

@@ -62,6 +62,12 @@ MsgResult HeadlessUserInterface::msgBox(const QString& text, MsgButtons buttons,
     return answer;
 }
 
+void HeadlessUserInterface::silentError(int32_t number, const QString& description, const QString& modul,
+                                        const QString& proc) {
+    m_err << "tessarine: error " << number << " (" << modul << ", " << proc << "): " << oneLine(description)
+          << Qt::endl;
+}
+
 int HeadlessUserInterface::compareContacts(const tables::Recordset&, const tables::Recordset&) {
     m_err << "tessarine: question: a contact changed on the phone and in the PIM -> both kept as they are" << Qt::endl;
     return 0;

@@ -25,6 +25,7 @@ public:
     void focusMainForm() override {}
     bool printText(const RichText&, const QString&, int) override { return false; }
     int compareContacts(const tables::Recordset& pimRow, const tables::Recordset& mobileRow) override;
+    void silentError(int32_t number, const QString& description, const QString& modul, const QString& proc) override;
 
     // The answer a headless run gives to a box with these buttons.
     static MsgResult safeAnswer(MsgButtons buttons);

@@ -77,6 +77,13 @@ public:
     // The main window comes to the screen at the end of the deferred start.
     virtual void showMainWindow() {}
 
+    // An error that a silent run records without a box; a run without a window says it at once.
+    virtual void silentError(int32_t number, const QString& description, const QString& modul, const QString& proc) {
+        (void)number;
+        (void)description;
+        (void)modul;
+        (void)proc;
+    }
 
     // The status line shows the phone's state and the entry counts anew.
     virtual void SetStatusBarMobile() {}

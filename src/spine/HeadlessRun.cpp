@@ -3,6 +3,7 @@
 
 #include "core/Context.h"
 #include "log/LogText.h"
+#include "main/MainCommands.h"
 #include "spine/Main_Modul.h"
 #include "tables/Recordset.h"
 
@@ -49,6 +50,11 @@ int runHeadless(core::Context& ctx, const QString& classicLine, QTextStream& out
     }
     StartUp start;
     Main(ctx, start, classicLine);
+    // What unloading the hidden main window does at the end of a silent run: the log file.
+    if (ctx.flags.GlobalLogReady) {
+        main::Form_QueryUnload(ctx, false);
+        main::Form_Unload(ctx);
+    }
     log::LogInitlogSummaryText(ctx);
     QString summary = ctx.log.LogSummaryText;
     summary.replace(QLatin1String("\r\n"), QLatin1String("\n"));
