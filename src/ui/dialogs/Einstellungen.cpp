@@ -22,6 +22,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -104,6 +105,8 @@ Einstellungen::Einstellungen(core::Context& ctx, QWidget* parent) : QDialog(pare
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_tabs);
     layout->addWidget(buttons);
+    // Every tab caption in full, whatever the language.
+    m_tabs->setMinimumWidth(m_tabs->tabBar()->sizeHint().width() + 24);
     Form_Load();
 }
 

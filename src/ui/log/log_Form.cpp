@@ -75,7 +75,6 @@ log_Form::log_Form(core::Context& ctx, QWidget* parent) : QDialog(parent), m_ctx
     buttons->addStretch();
     buttons->addWidget(closeButton);
     layout->addLayout(buttons);
-    resize(900, 520);
     LogInitlogForm();
 }
 

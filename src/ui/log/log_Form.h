@@ -25,6 +25,7 @@ public:
 
     // Binds the grids to the log tables again and lays them out by their rows.
     void LogInitlogForm();
+    QSize sizeHint() const override { return {960, 560}; }
 
 private:
     void fill(QTableWidget* grid, tables::Recordset* table);
