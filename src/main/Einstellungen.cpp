@@ -218,6 +218,7 @@ OkOutcome cmdOK_Click(core::Context& ctx, const OptionValues& v) {
                     ctx.servers.MOL->GetNamespace(QStringLiteral("MAPI"))->GetFolderFromID(record.EntryID,
                                                                                           record.StoreID);
                 if (folder) {
+                    ctx.pim.GlobalContactFolder = folder;
                     s.FolderName = folder->Name();
                     s.FolderEntryID = folder->EntryID();
                     s.FolderStoreID = folder->StoreID();
@@ -234,6 +235,7 @@ OkOutcome cmdOK_Click(core::Context& ctx, const OptionValues& v) {
 
         if (languageIndex(v.Sprache) >= 0 && v.Sprache.compare(s.Sprache, Qt::CaseInsensitive) != 0) {
             s.Sprache = v.Sprache.toUpper();
+            spine::installLanguageFiles(ctx);
             ctx.flags.LanguageLibrary = spine::languageFilePath(ctx, s.Sprache);
             spine::loadLanguageTable(ctx);
             outcome.languageChanged = true;

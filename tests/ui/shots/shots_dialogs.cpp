@@ -84,6 +84,7 @@ int main(int argc, char** argv) {
     ctx.options.pim = home.path() + QStringLiteral("/pim");
     QDir().mkpath(ctx.options.pim + QStringLiteral("/contacts/family"));
     pim::Check4Outlook(ctx);
+    pim::OutlookContactFolder(ctx, true);
     ctx.settings.Sync = 1;
     ctx.settings.Autodel = 1;
     ctx.settings.DelOption = 2;
