@@ -185,8 +185,9 @@ QWidget* Einstellungen::buildSyncPage() {
     auto* typeLayout = new QGridLayout(typeBox);
     syncTyp = new QButtonGroup(this);
     const char* typNames[] = {"ueberschreibt_Option", "fuellt_Option", "uebernimmt_Option", "abgleich_Option"};
+    const QString typTexts[] = {t.text(632), t.text(633), t.text(634), t.text(635)};
     for (int i = 0; i < 4; ++i) {
-        auto* option = named(new QRadioButton(t.text(632 + i)), typNames[i]);
+        auto* option = named(new QRadioButton(typTexts[i]), typNames[i]);
         syncTyp->addButton(option, i + 1);
         typeLayout->addWidget(option, i / 2, i % 2);
     }
@@ -195,11 +196,11 @@ QWidget* Einstellungen::buildSyncPage() {
     auto* entryBox = new QGroupBox(t.text(613));
     auto* entryLayout = new QGridLayout(entryBox);
     const char* checkNames[] = {"notiz_check", "treffen_check", "geburtstage_check", "nummer_check", "all_check"};
-    const int checkTexts[] = {608, 629, 609, 630, 607};
-    const int checkTips[] = {683, 684, 685, 686, 682};
+    const QString checkTexts[] = {t.text(608), t.text(629), t.text(609), t.text(630), t.text(607)};
+    const QString checkTips[] = {t.text(683), t.text(684), t.text(685), t.text(686), t.text(682)};
     for (int i = 0; i < 5; ++i) {
-        auto* check = named(new QCheckBox(t.text(checkTexts[i])), checkNames[i]);
-        check->setToolTip(t.text(checkTips[i]));
+        auto* check = named(new QCheckBox(checkTexts[i]), checkNames[i]);
+        check->setToolTip(checkTips[i]);
         syncTypes << check;
         entryLayout->addWidget(check, i / 3, i % 3);
         connect(check, &QCheckBox::toggled, this, &Einstellungen::cmdOkCheck);
@@ -302,11 +303,11 @@ QWidget* Einstellungen::buildDeletePage() {
     auto* types = new QGridLayout(typeBox);
     const char* names[] = {"delete_notiz_option", "delete_treffen_option", "delete_geburtstage_option",
                            "delete_nummer_option", "delete_all_option"};
-    const int texts[] = {608, 629, 609, 630, 607};
-    const int tips[] = {662, 663, 664, 665, 661};
+    const QString texts[] = {t.text(608), t.text(629), t.text(609), t.text(630), t.text(607)};
+    const QString tips[] = {t.text(662), t.text(663), t.text(664), t.text(665), t.text(661)};
     for (int i = 0; i < 5; ++i) {
-        auto* check = named(new QCheckBox(t.text(texts[i])), names[i]);
-        check->setToolTip(t.text(tips[i]));
+        auto* check = named(new QCheckBox(texts[i]), names[i]);
+        check->setToolTip(tips[i]);
         deleteTypes << check;
         types->addWidget(check, i / 3, i % 3);
         connect(check, &QCheckBox::toggled, this, &Einstellungen::cmdOkCheck);

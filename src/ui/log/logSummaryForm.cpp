@@ -28,14 +28,16 @@ logSummaryForm::logSummaryForm(core::Context& ctx, LogPrinter& printer, QWidget*
     ActiveBarlog->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     m_popPrint = new QMenu(this);
     m_popPrint->setObjectName(QStringLiteral("popPrint"));
-    const std::pair<const char*, int> tools[] = {
-        {"PrinterEinstellungen", 776}, {"Printall", 773}, {"Printsummary", 774}, {"Printdetails", 775}};
-    const int tips[] = {776, 777, 778, 779};
+    const std::pair<const char*, QString> tools[] = {{"PrinterEinstellungen", t.text(776)},
+                                                     {"Printall", t.text(773)},
+                                                     {"Printsummary", t.text(774)},
+                                                     {"Printdetails", t.text(775)}};
+    const QString tips[] = {t.text(776), t.text(777), t.text(778), t.text(779)};
     int i = 0;
     for (const auto& [name, text] : tools) {
-        QAction* action = m_popPrint->addAction(t.text(text));
+        QAction* action = m_popPrint->addAction(text);
         action->setObjectName(QString::fromLatin1(name));
-        action->setToolTip(t.text(tips[i++]));
+        action->setToolTip(tips[i++]);
         const QString tool = action->objectName();
         connect(action, &QAction::triggered, this, [this, tool] { ActiveBarlog_ToolClick(tool); });
         if (i == 1)
