@@ -188,8 +188,8 @@ OkOutcome cmdOK_Click(core::Context& ctx, const OptionValues& v) {
 
         if (s.SaveTyp == 2 && v.SaveTyp == 1 &&
             rows(ctx.tables.RSCalendarPending.get()) + rows(ctx.tables.RSContactsPending.get()) > 0) {
-            const auto answer = ctx.ui->msgBox(ctx.strings.text(708), core::MsgButtons::YesNo,
-                                               core::MsgIcon::Exclamation, ctx.title());
+            const auto answer =
+                ctx.ui->msgBox(ctx.strings.text(708), core::MsgButtons::YesNo, core::MsgIcon::Exclamation, ctx.title());
             if (answer == core::MsgResult::Yes) {
                 phone::TransfertoMobile(ctx, *ctx.tables.RSContactsPending, *ctx.tables.RSCalendarPending);
             } else {
@@ -214,9 +214,8 @@ OkOutcome cmdOK_Click(core::Context& ctx, const OptionValues& v) {
             s.FolderStoreID = record.StoreID;
             // The folder itself has the last word on its names and ids.
             if (ctx.servers.MOL) {
-                const auto folder =
-                    ctx.servers.MOL->GetNamespace(QStringLiteral("MAPI"))->GetFolderFromID(record.EntryID,
-                                                                                          record.StoreID);
+                const auto folder = ctx.servers.MOL->GetNamespace(QStringLiteral("MAPI"))
+                                        ->GetFolderFromID(record.EntryID, record.StoreID);
                 if (folder) {
                     ctx.pim.GlobalContactFolder = folder;
                     s.FolderName = folder->Name();
@@ -257,13 +256,11 @@ OkOutcome cmdOK_Click(core::Context& ctx, const OptionValues& v) {
         o.delete_nummer_option = v.DelTermine & 8;
         o.delete_all_option = v.DelTermine & 32;
         o.delete_serie_check = v.DelSerie != 0;
-        if (v.fontTouched) {
-            s.FormFont = v.FormFont == DefaultFontEntry ? QString() : v.FormFont;
-            s.FormFontSize = v.FormFontSize;
-            s.FormFontIndex = v.FormFontIndex;
-            s.FormFontSizeIndex = v.FormFontSizeIndex;
-            outcome.fontChanged = true;
-        }
+        s.FormFont = v.FormFont == DefaultFontEntry ? QString() : v.FormFont;
+        s.FormFontSize = v.FormFontSize > 0 ? v.FormFontSize : s.FormFontSize;
+        s.FormFontIndex = v.FormFontIndex;
+        s.FormFontSizeIndex = v.FormFontSizeIndex;
+        outcome.fontChanged = v.fontTouched;
         ctx.flags.GDX_Check = v.GDX_Check;
         ctx.flags.GlobalTimeOut = numericField(v.GlobalTimeOut, 0);
         ctx.flags.IrDADelay = numericField(v.IrDADelay, 0);

@@ -101,8 +101,8 @@ TEST_F(AboutHelpTest, GuideLinksResolveAndTopicsAreCovered) {
     EXPECT_GE(links, 10);
     EXPECT_TRUE(ids.contains(QStringLiteral("contents")));
     for (const char* topic : {"/dev/ttyACM0", "rfcomm bind", "dialout", "tessarine --headless BOTH", "OnCalendar",
-                              "crontab", "tessarine OPTIONS", "vdirsyncer sync", "type = \"caldav\"",
-                              "machine.ini", "logFile.rtf", "Complete sync", "Transfer later"})
+                              "crontab", "tessarine OPTIONS", "vdirsyncer sync", "type = \"caldav\"", "machine.ini",
+                              "logFile.rtf", "Complete sync", "Transfer later"})
         EXPECT_TRUE(guide.contains(QString::fromUtf8(topic))) << topic;
 }
 

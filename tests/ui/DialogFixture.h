@@ -43,8 +43,7 @@ protected:
         ASSERT_EQ(ctx.pim.GlobalContactFolderCount, 2);
     }
 
-    template <typename W>
-    static W* child(const QWidget* parent, const char* name) {
+    template <typename W> static W* child(const QWidget* parent, const char* name) {
         W* w = parent->findChild<W*>(QString::fromLatin1(name));
         EXPECT_NE(w, nullptr) << name;
         return w;

@@ -2,8 +2,8 @@
 // Every string number the program asks the table for exists in the built-in
 // English table and in each shipped language file, with a text. The numbers are
 // read from the sources, so a new text without its translation fails here.
-#include "main/Einstellungen.h"
 #include "core/ResStrings.h"
+#include "main/Einstellungen.h"
 #include "spine/SprachenStrings.h"
 
 #include <QDir>
@@ -23,7 +23,8 @@ const QString kSource = QStringLiteral(TESSARINE_SOURCE_DIR);
 // the column tables of the log, which pair a field with its head and tool tip numbers.
 std::set<int> numbersAskedFor() {
     std::set<int> numbers;
-    const QRegularExpression call(QStringLiteral("\\btext\\((\\d{3,4})\\)|\\{u?\"\\w+\",\\s*(\\d{3,4})(?:,\\s*(\\d{3,4}))?\\}"));
+    const QRegularExpression call(
+        QStringLiteral("\\btext\\((\\d{3,4})\\)|\\{u?\"\\w+\",\\s*(\\d{3,4})(?:,\\s*(\\d{3,4}))?\\}"));
     QDirIterator it(kSource + QStringLiteral("/src"), {QStringLiteral("*.cpp"), QStringLiteral("*.h")}, QDir::Files,
                     QDirIterator::Subdirectories);
     while (it.hasNext()) {
@@ -78,8 +79,8 @@ TEST(LanguageCoverage, GermanTableTranslatesTheDialogs) {
     ASSERT_TRUE(german);
     const QHash<int, QString>& english = core::ResStrings::english();
     int same = 0;
-    const int numbers[] = {603, 604, 605, 606, 611, 628, 652, 656, 657, 770, 772, 773, 776,
-                           780, 782, 783, 785, 1001, 1003, 1004};
+    const int numbers[] = {603, 604, 605, 606, 611, 628, 652, 656,  657,  770,
+                           772, 773, 776, 780, 782, 783, 785, 1001, 1003, 1004};
     for (int n : numbers)
         same += german->value(n) == english.value(n);
     EXPECT_EQ(same, 0);

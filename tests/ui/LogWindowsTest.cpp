@@ -87,9 +87,9 @@ TEST_F(LogWindowsTest, SummaryAfterAFailedTransferAndOkClearsTheFlag) {
                                             QStringLiteral("Date of transfers:"), QStringLiteral("Start of transfer:"),
                                             QStringLiteral("End of transfer:"), QStringLiteral("Transfer errors:"),
                                             QStringLiteral("Program errors:")}));
-    EXPECT_EQ(column(grid, 1), (QStringList{QString(), QStringLiteral("7"), QStringLiteral("14.03.26"),
-                                            QStringLiteral("09:26:53"), QStringLiteral("09:26:53"),
-                                            QStringLiteral("1"), QStringLiteral("1")}));
+    EXPECT_EQ(column(grid, 1),
+              (QStringList{QString(), QStringLiteral("7"), QStringLiteral("14.03.26"), QStringLiteral("09:26:53"),
+                           QStringLiteral("09:26:53"), QStringLiteral("1"), QStringLiteral("1")}));
     // Every label fits its column.
     EXPECT_GE(grid->columnWidth(0), grid->fontMetrics().horizontalAdvance(QStringLiteral("Date of transfers:")));
     form.show();
@@ -115,10 +115,11 @@ TEST_F(LogWindowsTest, DetailsGridsHeadsAndLayout) {
     EXPECT_EQ(calendar->rowCount(), 5);
     EXPECT_EQ(contacts->rowCount(), 2);
     EXPECT_EQ(errors->rowCount(), 1);
-    EXPECT_EQ(heads(calendar),
-              (QStringList{QStringLiteral("Destination"), QStringLiteral("Action"), QStringLiteral("Time of transfer"),
-                           QStringLiteral("Entry date"), QStringLiteral("Entry time"), QStringLiteral("Description"),
-                           QStringLiteral("Entry type"), QStringLiteral("Error"), QStringLiteral("Error description")}));
+    EXPECT_EQ(
+        heads(calendar),
+        (QStringList{QStringLiteral("Destination"), QStringLiteral("Action"), QStringLiteral("Time of transfer"),
+                     QStringLiteral("Entry date"), QStringLiteral("Entry time"), QStringLiteral("Description"),
+                     QStringLiteral("Entry type"), QStringLiteral("Error"), QStringLiteral("Error description")}));
     EXPECT_EQ(heads(contacts)[4], QStringLiteral("Contact name"));
     EXPECT_EQ(heads(errors), (QStringList{QStringLiteral("Time of error"), QStringLiteral("Error number"),
                                           QStringLiteral("Error description"), QStringLiteral("Module name"),
@@ -177,9 +178,9 @@ TEST_F(LogWindowsTest, EachPrintModeToPdf) {
 
     // The first page as an image: a white page with dark text on it.
     const QString prefix = dir.filePath(QStringLiteral("page"));
-    run(QStringLiteral("pdftoppm"), {QStringLiteral("-png"), QStringLiteral("-r"), QStringLiteral("50"),
-                                     QStringLiteral("-f"), QStringLiteral("1"), QStringLiteral("-l"),
-                                     QStringLiteral("1"), dir.filePath(QStringLiteral("all.pdf")), prefix});
+    run(QStringLiteral("pdftoppm"),
+        {QStringLiteral("-png"), QStringLiteral("-r"), QStringLiteral("50"), QStringLiteral("-f"), QStringLiteral("1"),
+         QStringLiteral("-l"), QStringLiteral("1"), dir.filePath(QStringLiteral("all.pdf")), prefix});
     QImage page;
     for (const QString& candidate : {prefix + QStringLiteral("-1.png"), prefix + QStringLiteral("-01.png")})
         if (page.load(candidate))

@@ -217,9 +217,9 @@ TEST_F(OptionsDialogTest, OkNeedsATypeInEachGroupThatIsOn) {
         {true, true, false, true, false},   {true, true, true, true, true},
     };
     ui::Einstellungen d(ctx);
-    for (const char* name : {"notiz_check", "treffen_check", "geburtstage_check", "nummer_check", "all_check",
-                             "delete_notiz_option", "delete_treffen_option", "delete_geburtstage_option",
-                             "delete_nummer_option", "delete_all_option"})
+    for (const char* name :
+         {"notiz_check", "treffen_check", "geburtstage_check", "nummer_check", "all_check", "delete_notiz_option",
+          "delete_treffen_option", "delete_geburtstage_option", "delete_nummer_option", "delete_all_option"})
         check(d, name, false);
     for (const Case& c : cases) {
         check(d, "sync_check", c.sync);
@@ -240,7 +240,7 @@ TEST_F(OptionsDialogTest, NumericFieldsAreCutToThePhone) {
         int max;
         int16_t number;
     };
-    const Case cases[] = {{"12", 0, 12}, {"12abc", 0, 12}, {"abc", 0, 0}, {"-4", 0, 0},
+    const Case cases[] = {{"12", 0, 12},     {"12abc", 0, 12},  {"abc", 0, 0},      {"-4", 0, 0},
                           {"500", 300, 300}, {"300", 300, 300}, {"99999", 0, 32767}};
     for (const Case& c : cases)
         EXPECT_EQ(main::numericField(QString::fromLatin1(c.typed), c.max), c.number) << c.typed;

@@ -32,8 +32,7 @@ namespace {
 
 constexpr int kTypeBits[] = {1, 2, 4, 8, 32};
 
-template <typename W>
-W* named(W* widget, const char* name) {
+template <typename W> W* named(W* widget, const char* name) {
     widget->setObjectName(QString::fromLatin1(name));
     return widget;
 }
@@ -126,6 +125,9 @@ QWidget* Einstellungen::buildGeneralPage() {
     linkForm->addRow(t.text(624), GlobalTimeOut);
     IrDADelay = numberEdit("IrDADelay");
     linkForm->addRow(t.text(626), IrDADelay);
+    for (QLineEdit* field : {GlobalTimeOut, IrDADelay})
+        connect(field, &QLineEdit::editingFinished, this,
+                [field] { field->setText(QString::number(main::numericField(field->text(), 0))); });
     FileTransfer_check = named(new QCheckBox(t.text(1001)), "FileTransfer_check");
     linkForm->addRow(FileTransfer_check);
     GDX_Check = named(new QCheckBox(t.text(1002)), "GDX_Check");

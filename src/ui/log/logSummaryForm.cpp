@@ -46,7 +46,8 @@ logSummaryForm::logSummaryForm(core::Context& ctx, LogPrinter& printer, QWidget*
     auto* print = new QToolButton;
     print->setObjectName(QStringLiteral("Print"));
     print->setText(t.text(772));
-    print->setIcon(QIcon::fromTheme(QStringLiteral("document-print"), style()->standardIcon(QStyle::SP_DialogSaveButton)));
+    print->setIcon(
+        QIcon::fromTheme(QStringLiteral("document-print"), style()->standardIcon(QStyle::SP_DialogSaveButton)));
     print->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     print->setPopupMode(QToolButton::InstantPopup);
     print->setMenu(m_popPrint);

@@ -22,11 +22,11 @@ struct Column {
 };
 
 // Column heads and tool tips, in the tables' column order.
-const QList<Column> kCalendarColumns{{"Transfer", 813, 814}, {"Action", 783, 784},   {"SynchDate", 785, 786},
-                                     {"Date", 787, 788},     {"Time", 789, 790},     {"Text", 791, 792},
-                                     {"Typ", 793, 794},      {"Error", 795, 796},    {"ErrorDesc", 797, 798}};
-const QList<Column> kContactColumns{{"Transfer", 813, 814}, {"Action", 783, 784}, {"SynchDate", 785, 786},
-                                    {"Date", 787, 788},     {"Name", 799, 0},     {"Phone", 800, 0},
+const QList<Column> kCalendarColumns{{"Transfer", 813, 814}, {"Action", 783, 784}, {"SynchDate", 785, 786},
+                                     {"Date", 787, 788},     {"Time", 789, 790},   {"Text", 791, 792},
+                                     {"Typ", 793, 794},      {"Error", 795, 796},  {"ErrorDesc", 797, 798}};
+const QList<Column> kContactColumns{{"Transfer", 813, 814}, {"Action", 783, 784},   {"SynchDate", 785, 786},
+                                    {"Date", 787, 788},     {"Name", 799, 0},       {"Phone", 800, 0},
                                     {"Error", 795, 796},    {"ErrorDesc", 797, 798}};
 const QList<Column> kErrorColumns{
     {"Date", 804, 805}, {"ErrorNum", 806, 807}, {"ErrorDesc", 797, 798}, {"Modul", 808, 809}, {"Proc", 810, 811}};
@@ -46,6 +46,7 @@ QTableWidget* makeGrid(const char* name) {
     grid->setSelectionBehavior(QAbstractItemView::SelectRows);
     grid->setAlternatingRowColors(true);
     grid->verticalHeader()->hide();
+    grid->verticalHeader()->setDefaultSectionSize(grid->fontMetrics().height() + 8);
     grid->horizontalHeader()->setStretchLastSection(true);
     return grid;
 }
@@ -107,8 +108,8 @@ void log_Form::fill(QTableWidget* grid, tables::Recordset* table) {
         int r = 0;
         for (table->moveFirst(); !table->eof() && r < rows; table->moveNext(), ++r)
             for (int c = 0; c < columns.size(); ++c)
-                grid->setItem(r, c,
-                              new QTableWidgetItem(cellText(m_ctx, table->value(QString::fromLatin1(columns[c].field)))));
+                grid->setItem(
+                    r, c, new QTableWidgetItem(cellText(m_ctx, table->value(QString::fromLatin1(columns[c].field)))));
         table->setAbsolutePosition(position);
     }
     grid->resizeColumnsToContents();
@@ -120,8 +121,12 @@ void log_Form::arrangeGrids() {
     bool any = false;
     for (QTableWidget* g : grids)
         any = any || g->rowCount() > 0;
-    for (QTableWidget* g : grids)
+    auto* box = static_cast<QVBoxLayout*>(layout());
+    for (QTableWidget* g : grids) {
         g->setVisible(!any || g->rowCount() > 0);
+        // A grid's share of the height follows its rows, with room for the head.
+        box->setStretchFactor(g, qBound(2, g->rowCount() + 2, 30));
+    }
 }
 
 } // namespace tsr::ui
