@@ -37,7 +37,13 @@ void fillPorts(core::Context& ctx, OptionValues& v) {
     phone::SerialPortEnumerator enumerator;
     phone::SerialCommProbe probe;
     const bool listed = !enumerator.ports().isEmpty();
-    const int selected = phone::LoadPortList(ctx, listed ? &enumerator : nullptr, probe, v.ports);
+    int selected = phone::LoadPortList(ctx, listed ? &enumerator : nullptr, probe, v.ports);
+    // A device the user named by its path (a Bluetooth port not bound just now, a
+    // pseudo-terminal) is kept in the list, so that OK does not silently replace it.
+    if (ctx.settings.PORT.startsWith(u'/') && !v.ports.contains(ctx.settings.PORT)) {
+        v.ports << ctx.settings.PORT;
+        selected = int(v.ports.size()) - 1;
+    }
     v.PORT = selected >= 0 ? v.ports.at(selected) : QString();
 }
 

@@ -159,6 +159,7 @@ TEST_F(OptionsDialogTest, RoundTripOfEveryPage) {
     // Opened again (now in German), the dialog shows what was stored.
     ui::Einstellungen again(ctx);
     EXPECT_EQ(again.windowTitle(), ctx.title() + QStringLiteral(" - Einstellungen"));
+    EXPECT_EQ(child<QComboBox>(&again, "cboPort")->currentText(), QStringLiteral("/dev/rfcomm0"));
     EXPECT_EQ(child<QComboBox>(&again, "FolderComboBox")->currentIndex(), 1);
     EXPECT_TRUE(checked(again, "saveLater"));
     EXPECT_FALSE(checked(again, "FileTransfer_check"));
