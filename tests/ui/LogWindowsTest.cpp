@@ -19,6 +19,7 @@
 #include <QPushButton>
 #include <QStandardPaths>
 #include <QTableWidget>
+#include <QToolBar>
 
 using namespace tsr;
 
@@ -214,7 +215,7 @@ TEST_F(LogWindowsTest, EmptyLogHasNoDataForPrinting) {
     EXPECT_FALSE(all.contains(QStringLiteral("Destination")));
 }
 
-// The right mouse button on the summary grid opens the print pop-up.
+// The right mouse button on the summary grid and on its tool bar opens the print pop-up.
 TEST_F(LogWindowsTest, RightClickOpensThePrintPopup) {
     ASSERT_TRUE(tables::CreateInitAndSetAllRS(ctx));
     ui::logSummaryForm form(ctx, pdfUi.printer);
@@ -222,6 +223,9 @@ TEST_F(LogWindowsTest, RightClickOpensThePrintPopup) {
     auto* grid = child<QTableWidget>(&form, "Zusammenfassung");
     ASSERT_FALSE(form.popPrint()->isVisible());
     emit grid->customContextMenuRequested(QPoint(5, 5));
+    EXPECT_TRUE(form.popPrint()->isVisible());
+    form.popPrint()->close();
+    emit child<QToolBar>(&form, "ActiveBarlog")->customContextMenuRequested(QPoint(5, 5));
     EXPECT_TRUE(form.popPrint()->isVisible());
     form.popPrint()->close();
     QStringList texts;

@@ -52,6 +52,10 @@ logSummaryForm::logSummaryForm(core::Context& ctx, LogPrinter& printer, QWidget*
     print->setPopupMode(QToolButton::InstantPopup);
     print->setMenu(m_popPrint);
     ActiveBarlog->addWidget(print);
+    // The right mouse button on the bar opens the print pop-up, as on the grid.
+    ActiveBarlog->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(ActiveBarlog, &QWidget::customContextMenuRequested, this,
+            [this](const QPoint& at) { m_popPrint->popup(ActiveBarlog->mapToGlobal(at)); });
 
     Zusammenfassung = new QTableWidget;
     Zusammenfassung->setObjectName(QStringLiteral("Zusammenfassung"));
