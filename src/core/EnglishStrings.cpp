@@ -491,6 +491,11 @@ const QHash<int, QString>& ResStrings::english() {
         // The web address, for the main phone model and the others; it takes no part in the logic.
         {948, QStringLiteral("www.orvane.example/tessarine")},
         {959, QStringLiteral("www.orvane.example/tessarine")},
+        // Texts of the Linux build's own controls and windows.
+        {1001, QStringLiteral("Use the file transfer (OBEX) when the phone offers it")},
+        {1002, QStringLiteral("Check the file-transfer server for this session")},
+        {1003, QStringLiteral("Keeps the calendar and the contacts of a mobile phone in step with your PIM.")},
+        {1004, QStringLiteral("The help file cannot be opened: ")},
     };
     return table;
 }
