@@ -177,7 +177,7 @@ void StartCalendarFrame::showValues() {
 }
 
 void StartCalendarFrame::toggle() {
-    if (isVisible()) {
+    if (!isHidden()) {
         CalendarFrameClear();
         return;
     }

@@ -1,0 +1,8 @@
+# The editors, the date frame, the status dialog and the compare dialog, as real
+find_package(Qt6 REQUIRED COMPONENTS Test)
+# windows on the offscreen platform; the editor saves to the emulated phone.
+tessarine_add_test(tests_ui_editors
+    SOURCES
+        WidgetTestMain.cpp
+        DateFrameTest.cpp
+    LINKS tessarine_ui Qt6::Test)
