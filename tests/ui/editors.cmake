@@ -5,4 +5,7 @@ tessarine_add_test(tests_ui_editors
     SOURCES
         WidgetTestMain.cpp
         DateFrameTest.cpp
+        MobileEntryTest.cpp
+        ${PROJECT_SOURCE_DIR}/tests/phone/EmulatedPhone.cpp
     LINKS tessarine_ui Qt6::Test)
+add_dependencies(tests_ui_editors phone-emulator)
