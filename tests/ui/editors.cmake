@@ -8,6 +8,7 @@ tessarine_add_test(tests_ui_editors
         MobileEntryTest.cpp
         StatusDialogTest.cpp
         EntryShowTest.cpp
+        ContactEntryTest.cpp
         ${PROJECT_SOURCE_DIR}/tests/phone/EmulatedPhone.cpp
     LINKS tessarine_ui Qt6::Test)
 add_dependencies(tests_ui_editors phone-emulator)
