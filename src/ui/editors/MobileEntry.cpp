@@ -48,6 +48,8 @@ MobileEntry::MobileEntry(core::Context& ctx, QWidget* parent, std::optional<int>
     ctx.flags.GlobalEditorOpen = true;
     InitFrame();
     InitEntryActiveBar();
+    // Every tool of the band stays in sight, whatever the language's texts.
+    setMinimumWidth(std::max(560, m_tools->sizeHint().width() + 2 * layout()->contentsMargins().left()));
     showValues();
     m_timer = new QTimer(this);
     m_timer->setObjectName(QStringLiteral("EntryFormTimer"));
@@ -330,6 +332,11 @@ void MobileEntry::updateCounter() {
     m_counter->setText(m_ctx.strings.text(2105).arg(length).arg(limit));
     m_counter->setStyleSheet(length > limit ? QStringLiteral("color: #c0392b; font-weight: bold;") : QString());
     m_counter->setToolTip(m_ctx.strings.text(2104).arg(limit));
+}
+
+void MobileEntry::setValues(const main::MobileEntryValues& values) {
+    m_form.values() = values;
+    showValues();
 }
 
 void MobileEntry::EntrySave_Click() {

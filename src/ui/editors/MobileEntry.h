@@ -30,6 +30,8 @@ public:
     ~MobileEntry() override;
 
     main::MobileEntryForm& form() { return m_form; }
+    // Puts values into the controls, as a new entry on a chosen day starts.
+    void setValues(const main::MobileEntryValues& values);
     // The EntrySave tool: the checks, the save, and the dialog closes when it went through.
     void EntrySave_Click();
 

@@ -31,6 +31,8 @@ vCardEntry::vCardEntry(core::Context& ctx, QWidget* parent, std::optional<int> r
         auto* edit = new QLineEdit(m_form.values().text.value(f.field), this);
         edit->setObjectName(f.field);
         edit->setToolTip(s.text(f.tip));
+        // Wide enough for the longest text the phone keeps.
+        edit->setMinimumWidth(fontMetrics().horizontalAdvance(QLatin1Char('x')) * 42);
         auto* counter = new QLabel(this);
         counter->setObjectName(f.field + QStringLiteral("Counter"));
         counter->setMinimumWidth(counterWidth);
