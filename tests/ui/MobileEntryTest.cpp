@@ -298,3 +298,19 @@ TEST_F(Editor, ClosingWithChangesAsks) {
     EXPECT_FALSE(f.open());
     EXPECT_EQ(cal().recordCount(), 0);
 }
+
+// A weekly series starting on a day that is not one of its weekdays begins on the
+// next checked day, with the entry's length kept.
+TEST_F(Editor, WeeklySeriesStartsOnItsNextWeekday) {
+    test::EmulatedPhone& p = readBothSides();
+    ui::MobileEntry dialog(ctx, nullptr);
+    EditorDriver e(dialog);
+    // Tuesday 03.03.2026, Monday and Thursday checked.
+    e.subject(QStringLiteral("Choir")).start(QDate(2026, 3, 3), "18:00").end(QDate(2026, 3, 3), "19:30");
+    e.series(2).check("CheckMo").check("CheckDo");
+    e.save();
+    EXPECT_FALSE(e.open());
+    const QByteArray sent = p.record(2);
+    EXPECT_TRUE(sent.contains("DTSTART:20260305T180000Z\r\nDTEND:20260305T193000Z\r\n")) << sent.data();
+    EXPECT_TRUE(sent.contains("RRULE:W1 MO TH #0")) << sent.data();
+}

@@ -5,6 +5,7 @@ tessarine_add_test(tests_ui_editors
     SOURCES
         WidgetTestMain.cpp
         DateFrameTest.cpp
+        DateFrameRereadTest.cpp
         MobileEntryTest.cpp
         StatusDialogTest.cpp
         EntryShowTest.cpp
