@@ -5,11 +5,13 @@
 #include "core/Context.h"
 #include "support/ScriptedUi.h"
 #include "ui/dialogs/Status_Anzeige.h"
+#include "ui/dialogs/frmSplash.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 #include <QThread>
 #include <QTimer>
@@ -124,4 +126,18 @@ TEST_F(StatusDialog, QuietShowsAndAsksNothing) {
     EXPECT_TRUE(ui.boxes.isEmpty());
     ctx.flags.GlobalClosing = true;
     EXPECT_FALSE(ctx.status.GetState());
+}
+
+// The splash is its picture's size, centred on the screen, and keys do not end it.
+TEST(Splash, SizedCentredAndDeafToKeys) {
+    test::ScriptedUi ui;
+    core::Context ctx{ui};
+    std::unique_ptr<ui::frmSplash> splash(ui::showSplash(ctx));
+    EXPECT_TRUE(splash->isVisible());
+    EXPECT_EQ(splash->size(), ui::frmSplash::picture(ctx).size());
+    const QRect screen = QApplication::primaryScreen()->availableGeometry();
+    EXPECT_LE((splash->geometry().center() - screen.center()).manhattanLength(), 2);
+    QTest::keyClick(splash.get(), Qt::Key_Escape);
+    QTest::keyClick(splash.get(), Qt::Key_Return);
+    EXPECT_TRUE(splash->isVisible());
 }
