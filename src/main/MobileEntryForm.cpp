@@ -7,6 +7,7 @@
 #include "formats/Allgemein.h"
 #include "formats/vCal.h"
 #include "phone/ComDrvCode.h"
+#include "phone/Mobile.h"
 #include "phone/MobileWrite.h"
 #include "pim/DOROutlookCalendar.h"
 #include "spine/DateRange.h"
@@ -296,6 +297,18 @@ bool MobileEntryForm::vCalEntrySave() {
     bool wasMobile = false;
     bool wasPim = false;
     VbDate oldStart;
+    const bool needsNumber = m_v.mobile && (isNew() || (goToRow() && t.value(QStringLiteral("SubType")).toInt32() < 1));
+    if (needsNumber && !m_ctx.read.vCalMobileRead) {
+        // A free number is only known once the phone's entries are in the table:
+        // without that read a new entry could land on one of them.
+        if (!phone::vCalReadMobile(m_ctx) || !phone::InitComm(m_ctx))
+            return false;
+        if (!isNew()) {
+            if (!tables::FindEntryByID(t, m_entryId))
+                return false;
+            m_row = t.absolutePosition();
+        }
+    }
     if (isNew()) {
         tables::vCalCreateNewRecord(t);
     } else {

@@ -314,3 +314,21 @@ TEST_F(Editor, WeeklySeriesStartsOnItsNextWeekday) {
     EXPECT_TRUE(sent.contains("DTSTART:20260305T180000Z\r\nDTEND:20260305T193000Z\r\n")) << sent.data();
     EXPECT_TRUE(sent.contains("RRULE:W1 MO TH #0")) << sent.data();
 }
+
+// With the phone not read yet, a new entry first learns which numbers the phone
+// uses, so it does not land on one of them.
+TEST_F(Editor, NewEntryOnAnUnreadPhoneTakesAFreeNumber) {
+    test::EmulatedPhone& p = phoneWith();
+    const QByteArray dentist = vcs("20260310T103000Z", "20260310T114500Z", "MISCELLANEOUS", "Dentist");
+    p.seed(1, dentist);
+    ASSERT_FALSE(ctx.read.vCalMobileRead);
+    ui::MobileEntry dialog(ctx, nullptr);
+    EditorDriver e(dialog);
+    e.subject(QStringLiteral("Budget meeting")).type("OptMeeting");
+    e.start(QDate(2026, 3, 16), "09:30").end(QDate(2026, 3, 16), "10:00");
+    e.save();
+    EXPECT_FALSE(e.open());
+    EXPECT_EQ(p.record(1), dentist);
+    EXPECT_EQ(p.record(2), golden("meeting-new.vcs"));
+    EXPECT_TRUE(rowWithText(QStringLiteral("Dentist")));
+}
