@@ -91,7 +91,8 @@ MobileEntryForm::MobileEntryForm(core::Context& ctx, int rowPosition) : m_ctx(ct
         m_entryId = text("EntryID");
         m_v.kind = kindOf(text("Typ"));
         m_v.description = text("Text");
-        m_v.summary = text("Summary");
+        // The phone's short text shows only where it says more than the subject.
+        m_v.summary = text("Summary") == m_v.description ? QString() : text("Summary");
         const VbDate start = date("Start");
         m_v.startDate = core::DateValue(start);
         m_v.startTime = core::Format(start, ctx.formats.TimeFormatNoSec);

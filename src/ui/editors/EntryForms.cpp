@@ -17,7 +17,7 @@ bool showEntryForm(core::Context& ctx, QWidget* parent, bool newEntry) {
             return false;
         row = position;
     }
-    return contacts ? showContactEntry(ctx, parent, row) : showMobileEntry(ctx, parent, row);
+    return contacts ? showContactEntry(ctx, parent, row) : MobileEntryFormShow(ctx, parent, row);
 }
 
 } // namespace tsr::ui

@@ -357,7 +357,7 @@ void MobileEntry::reject() {
         showValues();
 }
 
-bool showMobileEntry(core::Context& ctx, QWidget* parent, std::optional<int> rowPosition) {
+bool MobileEntryFormShow(core::Context& ctx, QWidget* parent, std::optional<int> rowPosition) {
     MobileEntry dialog(ctx, parent, rowPosition);
     return dialog.exec() == QDialog::Accepted;
 }

@@ -74,6 +74,6 @@ private:
 
 // The entry point for the main window's new and open commands: modal; true when
 // the entry was saved or deleted.
-bool showMobileEntry(core::Context& ctx, QWidget* parent, std::optional<int> rowPosition = std::nullopt);
+bool MobileEntryFormShow(core::Context& ctx, QWidget* parent, std::optional<int> rowPosition = std::nullopt);
 
 } // namespace tsr::ui
