@@ -70,6 +70,9 @@ TEST_F(DateFrame, OpensOnTheCurrentRange) {
     EXPECT_EQ(endText(), QStringLiteral("08.03.2026"));
     EXPECT_EQ(child<QDateEdit>("EndDatePicker")->date(), QDate(2026, 3, 8));
     EXPECT_TRUE(okEnabled());
+    // The setting's range ends today + 6; the frame's own count of 6 days ends a day earlier.
+    typePeriod(QStringLiteral("6"));
+    EXPECT_EQ(endText(), QStringLiteral("07.03.2026"));
     // A second click on the tool hides it.
     ui::showDateFrame(ctx, &window);
     EXPECT_TRUE(frame->isHidden());

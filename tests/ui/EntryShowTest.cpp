@@ -7,6 +7,7 @@
 #include "sync/MobFile.h"
 #include "sync/SyncTestSupport.h"
 
+#include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QCheckBox>
 #include <QFile>
@@ -99,7 +100,8 @@ TEST_F(EntryShowTest, MarksTheLinesThatDiffer) {
     ui::EntryShow dialog(ctx, *pimTable, phoneRows(), nullptr);
     auto* grid = dialog.findChild<QTableView*>(QStringLiteral("ShowGrid"));
     ASSERT_NE(grid, nullptr);
-    const QAbstractItemModel* model = grid->model();
+    QAbstractItemModel* model = grid->model();
+    QAbstractItemModelTester tester(model, QAbstractItemModelTester::FailureReportingMode::Fatal);
     QStringList marked;
     for (int line : dialog.foundLines())
         marked << model->index(line, 0).data().toString();
