@@ -496,6 +496,21 @@ const QHash<int, QString>& ResStrings::english() {
         {1002, QStringLiteral("Check the file-transfer server for this session")},
         {1003, QStringLiteral("Keeps the calendar and the contacts of a mobile phone in step with your PIM.")},
         {1004, QStringLiteral("The help file cannot be opened: ")},
+        // The editors and their dialogs.
+        {2101, QStringLiteral("Enter a subject for the entry.")},
+        {2102, QStringLiteral("The entry ends before it starts.")},
+        {2103, QStringLiteral("A weekly series needs at least one weekday.")},
+        {2104, QStringLiteral("The phone keeps only %1 characters of the subject. Save it cut to %1 characters?")},
+        {2105, QStringLiteral("%1/%2")},
+        {2106, QStringLiteral("The phone keeps %1 characters: the rest is cut when the contact is sent.")},
+        {2107, QStringLiteral("Summary:")},
+        {2108, QStringLiteral("End:")},
+        {2109, QStringLiteral("Weekdays:")},
+        {2110, QStringLiteral("Start:")},
+        {2111, QStringLiteral("Type:")},
+        {2112, QStringLiteral("Series:")},
+        {2113, QStringLiteral("This contact was changed on the phone and in the PIM since the last transfer. Choose which version stays.")},
+        {2114, QStringLiteral("Changed fields are marked.")},
     };
     return table;
 }
