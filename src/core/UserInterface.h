@@ -72,11 +72,22 @@ public:
     // The log summary window, modal over the main window.
     virtual void showLogSummary() {}
     // The other windows the commands open: modal dialogs, the help, the date frame.
-    enum class Form { Options, About, Find, Sort, DateFrame, Help, NewEntry, OpenEntry, DeleteEntry, SwitchView };
+    enum class Form {
+        Options,
+        About,
+        Find,
+        Sort,
+        DateFrame,
+        Help,
+        NewEntry,
+        OpenEntry,
+        DeleteEntry,
+        SwitchView,
+        Search // the last search again, from the next row
+    };
     virtual void showForm(Form form) { (void)form; }
     // The main window comes to the screen at the end of the deferred start.
     virtual void showMainWindow() {}
-
 
     // The status line shows the phone's state and the entry counts anew.
     virtual void SetStatusBarMobile() {}

@@ -99,7 +99,7 @@ const QHash<QString, Command>& dispatchTable() {
         {QStringLiteral("TSRClearMobileCal"), [](core::Context& c) { ClearMobile(c, List::Calendar); }},
         {QStringLiteral("TSRClearMobileCard"), [](core::Context& c) { ClearMobile(c, List::Contacts); }},
         {QStringLiteral("TSRFindEntry"), [](core::Context& c) { c.ui->showForm(Form::Find); }},
-        {QStringLiteral("TSRSearch"), [](core::Context& c) { c.ui->showForm(Form::Find); }},
+        {QStringLiteral("TSRSearch"), [](core::Context& c) { c.ui->showForm(Form::Search); }},
         {QStringLiteral("TSRSort"), [](core::Context& c) { c.ui->showForm(Form::Sort); }},
         {QStringLiteral("TSRCalendar"), [](core::Context& c) { c.ui->showForm(Form::DateFrame); }},
         {QStringLiteral("TSRHelp"), [](core::Context& c) { c.ui->showForm(Form::Help); }},
@@ -121,11 +121,13 @@ const QHash<QString, Command>& dispatchTable() {
          [](core::Context& c) {
              c.settings.ActiveAPP = 0;
              c.ui->refreshGrid(0);
+             core::SetStatusBarMobile(c);
          }},
         {QStringLiteral("vCardView"),
          [](core::Context& c) {
              c.settings.ActiveAPP = 1;
              c.ui->refreshGrid(1);
+             core::SetStatusBarMobile(c);
          }},
     };
     return table;

@@ -263,6 +263,17 @@ Value Recordset::valueAt(int viewIndex, int fieldIndex) const {
     return m_view.at(size_t(viewIndex))->values.at(size_t(fieldIndex));
 }
 
+Recordset::Bookmark Recordset::bookmarkAt(int viewIndex) const {
+    return m_view.at(size_t(viewIndex));
+}
+
+int Recordset::viewIndexOf(Bookmark bookmark) const {
+    for (const auto& r : m_rows)
+        if (r.get() == bookmark)
+            return r->viewPos;
+    return -1;
+}
+
 void Recordset::setDateTextForm(const QString& dateMask, const QString& timeMask) {
     m_dateMask = dateMask;
     m_timeMask = timeMask;

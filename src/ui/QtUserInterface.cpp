@@ -1,11 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/QtUserInterface.h"
 
+#include "core/Context.h"
+#include "main/GridEdit.h"
+#include "ui/dialogs/frmFind.h"
+#include "ui/dialogs/frmSort.h"
+#include "ui/grids/EntryGrid.h"
+#include "ui/grids/EntryTableModel.h"
+#include "ui/mainwindow/Main_Form.h"
+
 #include <QApplication>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QProgressDialog>
+#include <QScreen>
 #include <QTextCursor>
 #include <QTextDocument>
 
@@ -102,7 +111,104 @@ void QtUserInterface::processEvents() {
     QApplication::processEvents();
 }
 
-void QtUserInterface::refreshGrid(int) {}
+void QtUserInterface::setMainForm(Main_Form* form, core::Context* ctx) {
+    m_form = form;
+    m_main = form;
+    m_ctx = ctx;
+}
+
+void QtUserInterface::refreshGrid(int list) {
+    if (m_form)
+        m_form->refreshGrid(list);
+}
+
+std::optional<core::WindowGeometry> QtUserInterface::mainWindowGeometry() const {
+    if (!m_form)
+        return std::nullopt;
+    return m_form->geometryInTwips();
+}
+
+QSize QtUserInterface::screenTwips() const {
+    const QScreen* screen = m_form ? m_form->screen() : QGuiApplication::primaryScreen();
+    if (!screen)
+        return core::UserInterface::screenTwips();
+    return screen->size() * 15;
+}
+
+void QtUserInterface::activateMainWindow() {
+    if (!m_form)
+        return;
+    if (m_form->isMinimized())
+        m_form->showNormal();
+    m_form->raise();
+    m_form->activateWindow();
+}
+
+void QtUserInterface::unloadMainForm() {
+    if (m_form)
+        m_form->unload();
+}
+
+void QtUserInterface::showMainWindow() {
+    if (!m_form)
+        return;
+    if (!m_form->isVisible()) {
+        m_form->applySavedGeometry();
+        m_form->show();
+    }
+    m_form->refreshTools();
+    m_form->refreshGrid(0);
+    m_form->refreshGrid(1);
+}
+
+void QtUserInterface::SetStatusBarMobile() {
+    if (m_form)
+        m_form->refreshStatusBar();
+}
+
+bool QtUserInterface::runDialog(QDialog& dialog) {
+    if (m_runDialog)
+        return m_runDialog(dialog);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+void QtUserInterface::showForm(Form form) {
+    if (!m_form || !m_ctx)
+        return;
+    EntryGrid* grid = m_form->activeGrid();
+    switch (form) {
+    case Form::Find: {
+        frmFind dialog(*m_ctx, *grid->model(), m_form->lastFind(), m_form);
+        if (runDialog(dialog) && !m_form->findEntry(dialog.request()))
+            msgBox(m_ctx->strings.text(735), core::MsgButtons::OK, core::MsgIcon::Information,
+                   m_ctx->strings.text(738));
+        break;
+    }
+    case Form::Search:
+        m_form->GridExFindStart();
+        break;
+    case Form::Sort: {
+        frmSort dialog(*m_ctx, *grid->model(), m_form);
+        if (runDialog(dialog))
+            grid->model()->sortBy(dialog.keys());
+        break;
+    }
+    case Form::SwitchView:
+        m_form->SwitchGridView();
+        break;
+    case Form::DeleteEntry:
+        main::DeleteEntry(*m_ctx);
+        break;
+    // The forms below are built elsewhere and wired in with them.
+    case Form::Options:
+    case Form::About:
+    case Form::DateFrame:
+    case Form::Help:
+    case Form::NewEntry:
+    case Form::OpenEntry:
+        break;
+    }
+}
 
 bool QtUserInterface::mainFormVisibleAndEnabled() const {
     return m_main && m_main->isVisible() && m_main->isEnabled();
@@ -144,10 +250,14 @@ bool QtUserInterface::printText(const core::RichText& text, const QString& fontN
 }
 
 void QtUserInterface::setBusyCursor(bool busy) {
-    if (busy)
+    // The commands put the normal pointer back more often than they took it away.
+    if (busy) {
         QApplication::setOverrideCursor(Qt::WaitCursor);
-    else
+        ++m_busyDepth;
+    } else if (m_busyDepth > 0) {
         QApplication::restoreOverrideCursor();
+        --m_busyDepth;
+    }
 }
 
 } // namespace tsr::ui
