@@ -121,12 +121,14 @@ const QHash<QString, Command>& dispatchTable() {
          [](core::Context& c) {
              c.settings.ActiveAPP = 0;
              c.ui->refreshGrid(0);
+             OnOffActiveBarButton(c);
              core::SetStatusBarMobile(c);
          }},
         {QStringLiteral("vCardView"),
          [](core::Context& c) {
              c.settings.ActiveAPP = 1;
              c.ui->refreshGrid(1);
+             OnOffActiveBarButton(c);
              core::SetStatusBarMobile(c);
          }},
     };

@@ -42,14 +42,13 @@ EntryGrid::EntryGrid(core::Context& ctx, int list, QWidget* parent)
     m_table->horizontalHeader()->setSortIndicatorShown(false);
     // A click on a column's head sorts on it; a second click turns the order round.
     connect(m_table->horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int section) {
+        // Once the indicator shows, the header itself turns it round on each click.
         QHeaderView* h = m_table->horizontalHeader();
-        const Qt::SortOrder order = h->isSortIndicatorShown() && h->sortIndicatorSection() == section &&
-                                            h->sortIndicatorOrder() == Qt::AscendingOrder
-                                        ? Qt::DescendingOrder
-                                        : Qt::AscendingOrder;
-        h->setSortIndicatorShown(true);
-        h->setSortIndicator(section, order);
-        m_model->sort(section, order);
+        if (!h->isSortIndicatorShown() || h->sortIndicatorSection() != section) {
+            h->setSortIndicatorShown(true);
+            h->setSortIndicator(section, Qt::AscendingOrder);
+        }
+        m_model->sort(section, h->sortIndicatorOrder());
         if (currentRow() >= 0)
             m_table->scrollTo(m_model->index(currentRow(), 0));
     });
