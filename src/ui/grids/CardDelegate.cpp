@@ -22,7 +22,8 @@ int CardDelegate::titleColumn() const {
 std::vector<int> CardDelegate::bodyColumns() const {
     std::vector<int> cols;
     for (int c = 0; c < m_model.columnCount(); ++c)
-        if (c != titleColumn() && !m_model.column(c).caption.isEmpty())
+        if (c != titleColumn() && !m_model.column(c).caption.isEmpty() &&
+            m_model.column(c).field != u"FirstName") // the title holds the first name
             cols.push_back(c);
     return cols;
 }
@@ -30,7 +31,7 @@ std::vector<int> CardDelegate::bodyColumns() const {
 QSize CardDelegate::cardSize(const QFont& font) const {
     const QFontMetrics fm(font);
     const int lines = 1 + int(bodyColumns().size());
-    return {fm.averageCharWidth() * 34 + 16, lines * (fm.height() + 2) + 18};
+    return {fm.averageCharWidth() * (m_model.list() == 1 ? 42 : 34) + 16, lines * (fm.height() + 2) + 18};
 }
 
 QSize CardDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const {
