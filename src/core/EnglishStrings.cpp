@@ -491,14 +491,6 @@ const QHash<int, QString>& ResStrings::english() {
         // The web address, for the main phone model and the others; it takes no part in the logic.
         {948, QStringLiteral("www.orvane.example/tessarine")},
         {959, QStringLiteral("www.orvane.example/tessarine")},
-        // The grid's own texts: the phone's limits, the sort dialog.
-        {960, QStringLiteral("The mobile keeps at most %1 characters here. The text was shortened:")},
-        {961, QStringLiteral("The number holds characters that cannot be dialled.")},
-        {962, QStringLiteral("Sort by")},
-        {963, QStringLiteral("Then by")},
-        {964, QStringLiteral("Ascending")},
-        {965, QStringLiteral("Descending")},
-        {966, QStringLiteral("(none)")},
     };
     return table;
 }

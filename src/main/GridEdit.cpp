@@ -65,6 +65,29 @@ void removeContactFromPim(core::Context& ctx, tables::Recordset& t) {
 
 } // namespace
 
+QString gridText(const core::Context& ctx, GridText text) {
+    const bool german = ctx.settings.Sprache == u"0407";
+    switch (text) {
+    case GridText::PhoneLimit:
+        return german ? QStringLiteral("Das Mobiltelefon speichert hier höchstens %1 Zeichen. Der Text wurde gekürzt:")
+                      : QStringLiteral("The mobile keeps at most %1 characters here. The text was shortened:");
+    case GridText::NotDiallable:
+        return german ? QStringLiteral("Die Nummer enthält Zeichen, die nicht gewählt werden können.")
+                      : QStringLiteral("The number holds characters that cannot be dialled.");
+    case GridText::SortBy:
+        return german ? QStringLiteral("Sortieren nach") : QStringLiteral("Sort by");
+    case GridText::ThenBy:
+        return german ? QStringLiteral("Dann nach") : QStringLiteral("Then by");
+    case GridText::Ascending:
+        return german ? QStringLiteral("Aufsteigend") : QStringLiteral("Ascending");
+    case GridText::Descending:
+        return german ? QStringLiteral("Absteigend") : QStringLiteral("Descending");
+    case GridText::NoColumn:
+        return german ? QStringLiteral("(keine)") : QStringLiteral("(none)");
+    }
+    return {};
+}
+
 int phoneFieldLimit(int list, const QString& field, const QString& text) {
     if (list == 0) {
         if (field.compare(u"Text", Qt::CaseInsensitive) == 0)
@@ -99,7 +122,8 @@ bool GridEditCell(core::Context& ctx, int list, const QString& field, const QStr
         if (list == 0 && t->value(QStringLiteral("Typ")).toText() == u"3") {
             // A call's text is the number the phone dials.
             if (formats::check4PhoneCallChar(text)) {
-                ctx.ui->msgBox(ctx.strings.text(961), core::MsgButtons::OK, core::MsgIcon::Exclamation, ctx.title());
+                ctx.ui->msgBox(gridText(ctx, GridText::NotDiallable), core::MsgButtons::OK, core::MsgIcon::Exclamation,
+                               ctx.title());
                 return false;
             }
         }
@@ -108,8 +132,8 @@ bool GridEditCell(core::Context& ctx, int list, const QString& field, const QStr
                               : phoneFieldLimit(list, field, text);
         if (limit > 0 && text.size() > limit) {
             text.truncate(limit);
-            ctx.ui->msgBox(ctx.strings.text(960).arg(limit) + QStringLiteral("\n\n") + text, core::MsgButtons::OK,
-                           core::MsgIcon::Information, ctx.title());
+            ctx.ui->msgBox(gridText(ctx, GridText::PhoneLimit).arg(limit) + QStringLiteral("\n\n") + text,
+                           core::MsgButtons::OK, core::MsgIcon::Information, ctx.title());
         }
         if (t->value(field).toText() == text)
             return true;

@@ -16,6 +16,11 @@ class Recordset;
 
 namespace tsr::main {
 
+// The grid's and its dialogs' own texts, which the numbered table does not
+// hold: German for the German table, English otherwise.
+enum class GridText { PhoneLimit, NotDiallable, SortBy, ThenBy, Ascending, Descending, NoColumn };
+QString gridText(const core::Context& ctx, GridText text);
+
 // The phone keeps this many characters of a calendar entry's text.
 inline constexpr int kCalendarTextLimit = 100;
 

@@ -155,6 +155,8 @@ void ActiveBar21_ToolClick(core::Context& ctx, const QString& tool) {
             }
             f.GlobalBusy = false;
             OnOffActiveBar(ctx);
+            // The tool band's entry tools follow the rows the command left, as the menus do.
+            OnOffActiveBarButton(ctx);
             f.GlobalEditorOpen = false;
             ctx.ui->setBusyCursor(false);
             ctx.read.vCalPIMRead = ctx.read.vCalPIMCount > 0;

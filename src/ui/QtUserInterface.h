@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/UserInterface.h"
+#include "ui/mainwindow/Main_Form.h"
 
 #include <QPointer>
 #include <QWidget>
@@ -16,8 +17,6 @@ struct Context;
 }
 
 namespace tsr::ui {
-
-class Main_Form;
 
 class QtUserInterface : public core::UserInterface {
 public:

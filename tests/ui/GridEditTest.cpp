@@ -87,7 +87,7 @@ TEST_F(GridEdit, ACallsNumberMustBeDiallable) {
     const QByteArray before = p.record(4);
     EXPECT_FALSE(main::GridEditCell(ctx, 0, QStringLiteral("Text"), QStringLiteral("call Anna")));
     ASSERT_EQ(ui.boxes.size(), 1);
-    EXPECT_EQ(ui.boxes[0].text, ctx.strings.text(961));
+    EXPECT_EQ(ui.boxes[0].text, main::gridText(ctx, main::GridText::NotDiallable));
     EXPECT_EQ(p.record(4), before);
     EXPECT_EQ(field("Text"), QStringLiteral("Dentist"));
 

@@ -2,6 +2,7 @@
 #include "ui/dialogs/frmSort.h"
 
 #include "core/Context.h"
+#include "main/GridEdit.h"
 #include "ui/grids/EntryTableModel.h"
 
 #include <QComboBox>
@@ -23,15 +24,17 @@ frmSort::frmSort(core::Context& ctx, const EntryTableModel& model, QWidget* pare
         if (!model.column(c).caption.isEmpty())
             m_columns.push_back(c);
     for (int k = 0; k < 3; ++k) {
-        grid->addWidget(new QLabel(s.text(k == 0 ? 962 : 963), this), k, 0);
+        grid->addWidget(new QLabel(main::gridText(ctx, k == 0 ? main::GridText::SortBy : main::GridText::ThenBy), this),
+                        k, 0);
         m_field[k] = new QComboBox(this);
         m_field[k]->setObjectName(QStringLiteral("SortField%1").arg(k + 1));
-        m_field[k]->addItem(s.text(966));
+        m_field[k]->addItem(main::gridText(ctx, main::GridText::NoColumn));
         for (int c : m_columns)
             m_field[k]->addItem(model.column(c).caption);
         m_order[k] = new QComboBox(this);
         m_order[k]->setObjectName(QStringLiteral("SortOrder%1").arg(k + 1));
-        m_order[k]->addItems({s.text(964), s.text(965)});
+        m_order[k]->addItems(
+            {main::gridText(ctx, main::GridText::Ascending), main::gridText(ctx, main::GridText::Descending)});
         grid->addWidget(m_field[k], k, 1);
         grid->addWidget(m_order[k], k, 2);
     }
