@@ -6,8 +6,10 @@
 #include "core/HeadlessUserInterface.h"
 #include "spine/CommandLine.h"
 #include "spine/HeadlessRun.h"
-#include "ui/MainWindow.h"
+#include "spine/Main_Modul.h"
+#include "ui/Icons.h"
 #include "ui/QtUserInterface.h"
+#include "ui/mainwindow/Main_Form.h"
 
 #include <QApplication>
 #include <QTextStream>
@@ -49,12 +51,22 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tessarine"));
     QApplication::setApplicationVersion(QStringLiteral(TESSARINE_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("tessarine"));
+    tsr::ui::initIconTheme();
+    QApplication::setWindowIcon(tsr::ui::programIcon());
 
     tsr::ui::QtUserInterface ui;
     tsr::core::Context ctx(ui);
     ctx.options = options;
-    tsr::ui::MainWindow window(ctx);
-    ui.setMainWindow(&window);
+    tsr::ui::Main_Form window(ctx);
+    ui.setMainForm(&window, &ctx);
+    tsr::spine::StartUp start;
+    // A silent run, a second start or a failed start ends here; a dialog run
+    // goes on in the event loop, where the deferred start reads the phone.
+    if (!tsr::spine::Main(ctx, start, split.classic, QCoreApplication::applicationDirPath()))
+        return 0;
+    window.applySavedFont();
+    window.applySavedGeometry();
     window.show();
     return QApplication::exec();
 }

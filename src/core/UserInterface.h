@@ -72,10 +72,24 @@ public:
     // The log summary window, modal over the main window.
     virtual void showLogSummary() {}
     // The other windows the commands open: modal dialogs, the help, the date frame.
-    enum class Form { Options, About, Find, Sort, DateFrame, Help, NewEntry, OpenEntry, DeleteEntry, SwitchView };
+    enum class Form {
+        Options,
+        About,
+        Find,
+        Sort,
+        DateFrame,
+        Help,
+        NewEntry,
+        OpenEntry,
+        DeleteEntry,
+        SwitchView,
+        Search // the last search again, from the next row
+    };
     virtual void showForm(Form form) { (void)form; }
     // The main window comes to the screen at the end of the deferred start.
     virtual void showMainWindow() {}
+    // The splash of a dialog-mode start, shown while the start runs; showMainWindow takes it away.
+    virtual void showSplash() {}
 
     // An error that a silent run records without a box; a run without a window says it at once.
     virtual void silentError(int32_t number, const QString& description, const QString& modul, const QString& proc) {

@@ -99,7 +99,7 @@ const QHash<QString, Command>& dispatchTable() {
         {QStringLiteral("TSRClearMobileCal"), [](core::Context& c) { ClearMobile(c, List::Calendar); }},
         {QStringLiteral("TSRClearMobileCard"), [](core::Context& c) { ClearMobile(c, List::Contacts); }},
         {QStringLiteral("TSRFindEntry"), [](core::Context& c) { c.ui->showForm(Form::Find); }},
-        {QStringLiteral("TSRSearch"), [](core::Context& c) { c.ui->showForm(Form::Find); }},
+        {QStringLiteral("TSRSearch"), [](core::Context& c) { c.ui->showForm(Form::Search); }},
         {QStringLiteral("TSRSort"), [](core::Context& c) { c.ui->showForm(Form::Sort); }},
         {QStringLiteral("TSRCalendar"), [](core::Context& c) { c.ui->showForm(Form::DateFrame); }},
         {QStringLiteral("TSRHelp"), [](core::Context& c) { c.ui->showForm(Form::Help); }},
@@ -121,11 +121,15 @@ const QHash<QString, Command>& dispatchTable() {
          [](core::Context& c) {
              c.settings.ActiveAPP = 0;
              c.ui->refreshGrid(0);
+             OnOffActiveBarButton(c);
+             core::SetStatusBarMobile(c);
          }},
         {QStringLiteral("vCardView"),
          [](core::Context& c) {
              c.settings.ActiveAPP = 1;
              c.ui->refreshGrid(1);
+             OnOffActiveBarButton(c);
+             core::SetStatusBarMobile(c);
          }},
     };
     return table;
@@ -151,6 +155,8 @@ void ActiveBar21_ToolClick(core::Context& ctx, const QString& tool) {
             }
             f.GlobalBusy = false;
             OnOffActiveBar(ctx);
+            // The tool band's entry tools follow the rows the command left, as the menus do.
+            OnOffActiveBarButton(ctx);
             f.GlobalEditorOpen = false;
             ctx.ui->setBusyCursor(false);
             ctx.read.vCalPIMRead = ctx.read.vCalPIMCount > 0;

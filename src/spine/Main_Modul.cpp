@@ -6,6 +6,7 @@
 #include "core/StatusBar.h"
 #include "log/LogFile.h"
 #include "log/LogText.h"
+#include "main/ActiveBar.h"
 #include "main/MainCommands.h"
 #include "phone/ATC.h"
 #include "phone/ComDrvCode.h"
@@ -81,8 +82,10 @@ bool TSRInitialize(core::Context& ctx, StartUp& start, const QString& commandLin
 
         if (ctx.flags.GlobalSilent)
             silentStatus(ctx);
-        else
+        else {
+            ctx.ui->showSplash();
             tracePoint(ctx, QStringLiteral("Debug: frmSplash-Aufruf"));
+        }
         if (!tables::CreateInitAndSetAllRS(ctx))
             return false;
         if (!stillWanted(ctx))
@@ -205,6 +208,7 @@ bool TSRRunDialog(core::Context& ctx) {
         ctx.tools.setVisible(QStringLiteral("TSRExtraMenu"), QStringLiteral("TSRComSettings"), true);
         main::TSRInitForm(ctx);
         main::setStartTools(ctx);
+        main::SetLanguage(ctx);
     });
     // The deferred start: 1500 ms after the window stands.
     QTimer::singleShot(1500, [&ctx] { AppTimer_Timer(ctx); });

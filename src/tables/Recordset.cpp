@@ -263,6 +263,17 @@ Value Recordset::valueAt(int viewIndex, int fieldIndex) const {
     return m_view.at(size_t(viewIndex))->values.at(size_t(fieldIndex));
 }
 
+Recordset::Bookmark Recordset::bookmarkAt(int viewIndex) const {
+    return m_view.at(size_t(viewIndex));
+}
+
+int Recordset::viewIndexOf(Bookmark bookmark) const {
+    for (const auto& r : m_rows)
+        if (r.get() == bookmark)
+            return r->viewPos;
+    return -1;
+}
+
 void Recordset::setDateTextForm(const QString& dateMask, const QString& timeMask) {
     m_dateMask = dateMask;
     m_timeMask = timeMask;
@@ -469,18 +480,36 @@ void Recordset::rebuildView() {
             m_view.push_back(r.get());
     }
     if (!keys.empty()) {
-        std::stable_sort(m_view.begin(), m_view.end(), [&](const Row* a, const Row* b) {
-            for (const Key& k : keys) {
-                const Value& va = a->values[size_t(k.field)];
-                const Value& vb = b->values[size_t(k.field)];
+        // Each row's text forms are made once, not at every comparison: a date's
+        // text costs a formatting, and a sort compares n log n times.
+        struct Keyed {
+            Row* row;
+            std::vector<QString> texts;
+        };
+        std::vector<Keyed> keyed;
+        keyed.reserve(m_view.size());
+        for (Row* r : m_view) {
+            Keyed k{r, {}};
+            k.texts.reserve(keys.size());
+            for (const Key& key : keys)
+                k.texts.push_back(textForm(r->values[size_t(key.field)]));
+            keyed.push_back(std::move(k));
+        }
+        std::stable_sort(keyed.begin(), keyed.end(), [&](const Keyed& a, const Keyed& b) {
+            for (size_t i = 0; i < keys.size(); ++i) {
+                const Key& k = keys[i];
+                const Value& va = a.row->values[size_t(k.field)];
+                const Value& vb = b.row->values[size_t(k.field)];
                 if (va.isEmpty() != vb.isEmpty())
                     return k.desc ? vb.isEmpty() : va.isEmpty();
-                const int cmp = compareValues(va, textForm(va), vb, textForm(vb));
+                const int cmp = compareValues(va, a.texts[i], vb, b.texts[i]);
                 if (cmp != 0)
                     return k.desc ? cmp > 0 : cmp < 0;
             }
             return false;
         });
+        for (size_t i = 0; i < keyed.size(); ++i)
+            m_view[i] = keyed[i].row;
     }
     for (size_t i = 0; i < m_view.size(); ++i)
         m_view[i]->viewPos = int(i);

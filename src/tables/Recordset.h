@@ -108,6 +108,13 @@ public:
     // Rows of the current view, by 0-based view index, without moving the cursor.
     Value valueAt(int viewIndex, int fieldIndex) const;
 
+    // A row's identity that survives sorting and filtering (a grid keeps its current
+    // row by it): the row at a view index, and where that row stands now (-1 when
+    // it was deleted or is filtered out).
+    using Bookmark = const void*;
+    Bookmark bookmarkAt(int viewIndex) const;
+    int viewIndexOf(Bookmark bookmark) const;
+
 private:
     struct Row;
     struct Criterion;

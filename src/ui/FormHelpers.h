@@ -3,6 +3,8 @@
 // format, dates between the day count and QDate, the saved font.
 #pragma once
 
+#include "ui/Icons.h"
+
 #include "core/Context.h"
 #include "core/VbDate.h"
 
@@ -30,7 +32,5 @@ inline core::VbDate fromDate(const QDate& d) {
 
 // The font the user chose in the options, or the application's.
 QFont savedFont(const core::Context& ctx);
-// The windows' icon, drawn rather than loaded.
-QIcon programIcon();
 
 } // namespace tsr::ui
