@@ -5,6 +5,8 @@
 // off both sides. Also the look of a row (EntryBackround). The grids call these.
 #pragma once
 
+#include "sync/vCalMatch.h"
+
 #include <QString>
 
 namespace tsr::core {
@@ -22,7 +24,7 @@ enum class GridText { PhoneLimit, NotDiallable, SortBy, ThenBy, Ascending, Desce
 QString gridText(const core::Context& ctx, GridText text);
 
 // The phone keeps this many characters of a calendar entry's text.
-inline constexpr int kCalendarTextLimit = 100;
+inline constexpr int kCalendarTextLimit = sync::kPlainTextLen;
 
 // The most characters the phone keeps of `field` holding `text` in the list (0
 // calendar, 1 contacts); 0 where it sets no limit.

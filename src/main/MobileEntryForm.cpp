@@ -12,6 +12,7 @@
 #include "pim/DOROutlookCalendar.h"
 #include "spine/DateRange.h"
 #include "sync/Verwaltung.h"
+#include "sync/vCalMatch.h"
 #include "tables/TSRADODB.h"
 
 namespace tsr::main {
@@ -25,8 +26,7 @@ using sync::SerieKind;
 namespace {
 
 const QString kModul = QStringLiteral("MobileEntry");
-// The phone keeps the first 32 characters of an entry's text.
-constexpr int kPhoneTextLength = 32;
+constexpr int kPhoneTextLength = sync::kPlainTextLen;
 
 QString typOf(EntryKind kind) {
     return kind == EntryKind::Memo ? QString() : QString::number(int(kind));

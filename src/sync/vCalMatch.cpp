@@ -17,7 +17,6 @@ namespace {
 const QString kVerwaltung = QStringLiteral("Verwaltung");
 const QString kAllgemein = QStringLiteral("Allgemein");
 // A plain entry's text counts for this many characters on the phone.
-constexpr int kPlainTextLen = 32;
 
 QString text(const Recordset& r, const QString& field) {
     return r.value(field).toText();

@@ -19,6 +19,9 @@ bool vcalCheckbeforecompare(core::Context& ctx, const tables::Recordset& tableRo
 // Cuts the row's Text to what the phone keeps, and Description with it.
 void vcalTextCheck(core::Context& ctx, tables::Recordset& row);
 
+// The phone keeps this many characters of an entry's text (a call keeps Phonecall_Len).
+inline constexpr int kPlainTextLen = 32;
+
 // Which side a read road reads.
 enum class ReadSide { Mobile, PIM };
 

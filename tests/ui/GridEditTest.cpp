@@ -44,7 +44,7 @@ protected:
 
 } // namespace
 
-// A subject of 130 characters keeps its first 100 on both sides, and the user is
+// A subject of 130 characters keeps the first characters the phone keeps on both sides, and the user is
 // told the limit.
 TEST_F(GridEdit, ALongSubjectIsCutToThePhonesLimitOnBothSides) {
     test::EmulatedPhone& p = pairedDentist();
