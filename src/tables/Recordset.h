@@ -50,6 +50,8 @@ public:
     // Rows. AddNew appends an empty row and makes it current; Update and UpdateBatch
     // commit (values are kept as they are written, so both only end an edit).
     void addNew();
+    // AddNew with the values of all fields in field order, each converted to its field's type.
+    void addNew(std::vector<Value> values);
     void update() {}
     void updateBatch() {}
     // Deletes the current row. The cursor stays on the gap: MoveNext goes on to the
@@ -114,6 +116,7 @@ private:
     struct Index;
 
     int requireField(const QString& name) const;
+    void convertForField(int index, Value& v) const;
     Row& currentRow();
     const Row& currentRow() const;
     Criterion parseCriterion(const QString& text) const;

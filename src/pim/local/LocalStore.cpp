@@ -13,7 +13,12 @@
 #include <QRegularExpression>
 #include <QSaveFile>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <optional>
 
 namespace tsr::pim::local {
 
@@ -131,6 +136,44 @@ FileTimes fileTimes(const QString& path) {
     return {qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec, qint64(st.st_size)};
 }
 
+// The whole text of a file and its times, through one descriptor; the error text when it cannot be read.
+std::optional<QByteArray> readWhole(const QString& path, FileTimes& times, QString& error) {
+    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) {
+        error = qt_error_string(errno);
+        times = fileTimes(path);
+        return std::nullopt;
+    }
+    struct stat st {};
+    QByteArray text;
+    bool ok = ::fstat(fd, &st) == 0;
+    if (ok) {
+        times = {qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec, qint64(st.st_size)};
+        // Read to the end, whatever the size said: a file may grow while it is read.
+        text.resize(qsizetype(st.st_size) + 1);
+        qsizetype filled = 0;
+        while (ok) {
+            if (filled == text.size())
+                text.resize(text.size() * 2 + 4096);
+            const ssize_t n = ::read(fd, text.data() + filled, size_t(text.size() - filled));
+            if (n < 0 && errno == EINTR)
+                continue;
+            if (n <= 0) {
+                ok = n == 0;
+                break;
+            }
+            filled += n;
+        }
+        text.truncate(filled);
+    }
+    if (!ok)
+        error = qt_error_string(errno);
+    ::close(fd);
+    if (!ok)
+        return std::nullopt;
+    return text;
+}
+
 bool makeFolder(const QString& path, const QString& displayName) {
     if (!QDir().mkpath(path))
         return false;
@@ -245,17 +288,23 @@ LocalStore::DirCache& LocalStore::refresh(const QString& rel) {
     for (const QString& name : names) {
         seen.insert(name);
         const QString path = folder + u'/' + name;
-        const FileTimes times = fileTimes(path);
         Entry& entry = cache[name];
-        if (times.size >= 0 && entry.size == times.size && entry.mtimeNs == times.mtimeNs)
-            continue;
-        entry = Entry{times.mtimeNs, times.size, nullptr, nullptr, false};
-        QFile f(path);
+        if (entry.size >= 0) {
+            const FileTimes times = fileTimes(path);
+            if (times.size >= 0 && entry.size == times.size && entry.mtimeNs == times.mtimeNs)
+                continue;
+        }
+        entry = Entry{};
+        FileTimes times;
+        QString error;
+        const std::optional<QByteArray> read = readWhole(path, times, error);
+        entry.mtimeNs = times.mtimeNs;
+        entry.size = times.size;
         try {
-            if (!f.open(QIODevice::ReadOnly))
+            if (!read)
                 core::raise(err::CorruptData, QStringLiteral("LocalStore"),
-                            QStringLiteral("The file \"%1\" cannot be opened: %2").arg(path, f.errorString()));
-            const QByteArray text = f.readAll();
+                            QStringLiteral("The file \"%1\" cannot be opened: %2").arg(path, error));
+            const QByteArray& text = *read;
             if (calendar)
                 entry.event = parseEvent(text, path, zones);
             else
