@@ -85,6 +85,33 @@ struct ReadRun {
     }
 };
 
+// The status line's date of each item. Items come sorted by their start, so with a
+// mask that shows no time of day the text is made once a day, not once an item.
+class StartDateText {
+public:
+    explicit StartDateText(const QString& mask) : m_mask(mask) {
+        for (QChar c : mask)
+            if (QStringView(u"hnsapHNSAP").contains(c))
+                m_daysOnly = false;
+    }
+    const QString& text(VbDate start) {
+        const VbDate key = m_daysOnly ? core::DateValue(start) : start;
+        if (!m_valid || !(key == m_key)) {
+            m_text = core::Format(start, m_mask);
+            m_key = key;
+            m_valid = true;
+        }
+        return m_text;
+    }
+
+private:
+    QString m_mask;
+    bool m_daysOnly = true;
+    bool m_valid = false;
+    VbDate m_key;
+    QString m_text;
+};
+
 // The range's end moves to the last entry read, and series rows of the entries read go.
 bool cutRangeToLastEntry(core::Context& ctx, Recordset& table, const ReadRun& run) {
     if (table.recordCount() == 0 || run.UIDList.isEmpty())
@@ -136,6 +163,7 @@ bool readCalendar(core::Context& ctx, Recordset& table, bool keepGrid, bool sile
         Recordset scratch(QStringLiteral("RSCalendar"));
         initScratch(ctx, scratch);
         const bool mobileRows = ctx.read.vCalMobileRead && ctx.read.vCalMobileCount > 0;
+        StartDateText startText(f.DateFormat);
         for (auto item = items->Find(filter); item;) {
             if (!ctx.status.GetState()) {
                 cancelled = true;
@@ -150,7 +178,7 @@ bool readCalendar(core::Context& ctx, Recordset& table, bool keepGrid, bool sile
                                          : QString::number(run.ItemsTaken);
             if (appointment)
                 ctx.status.SetText(searching + QStringLiteral(": ") + counters + QStringLiteral("\r\n") +
-                                   core::Format(appointment->Start(), f.DateFormat));
+                                   startText.text(appointment->Start()));
             if (repeat) {
                 if (silent && autoSync && run.full(ctx))
                     break;
