@@ -79,13 +79,29 @@ void Recordset::close() {
 }
 
 int Recordset::fieldIndex(const QString& name) const {
+    // A literal's text lives as long as the program, so its address names it: a
+    // read asks for fields by literal names a hundred times a row, and the address
+    // is cheaper to look up than the text's hash. The copy guards against text
+    // that only borrowed its address.
+    const bool literal = !name.isEmpty() && !name.data_ptr().isMutable();
+    LiteralSlot* slot = nullptr;
+    if (literal) {
+        slot = &m_literalSlots[(quintptr(name.constData()) / sizeof(QChar)) % m_literalSlots.size()];
+        if (slot->text == name.constData() && slot->copy == name)
+            return slot->index;
+    }
     // Code names its fields in a few spellings; each is remembered as it was
     // written, so case folding is paid once per spelling, not on every call.
-    if (const auto known = m_fieldBySpelling.constFind(name); known != m_fieldBySpelling.constEnd())
-        return known.value();
-    const int index = m_fieldByName.value(name.toCaseFolded(), -1);
-    if (index >= 0)
-        m_fieldBySpelling.insert(name, index);
+    int index = -1;
+    if (const auto known = m_fieldBySpelling.constFind(name); known != m_fieldBySpelling.constEnd()) {
+        index = known.value();
+    } else {
+        index = m_fieldByName.value(name.toCaseFolded(), -1);
+        if (index >= 0)
+            m_fieldBySpelling.insert(name, index);
+    }
+    if (slot && index >= 0)
+        *slot = {name.constData(), QString(name.constData(), name.size()), index};
     return index;
 }
 

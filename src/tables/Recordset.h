@@ -10,6 +10,7 @@
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <array>
 #include <functional>
 #include <memory>
 #include <span>
@@ -136,6 +137,13 @@ private:
     std::vector<Field> m_fields;
     QHash<QString, int> m_fieldByName;             // case-folded name -> index
     mutable QHash<QString, int> m_fieldBySpelling; // name as asked for -> index
+    // Names written as literals, by the address of their text, checked against a copy.
+    struct LiteralSlot {
+        const QChar* text = nullptr;
+        QString copy;
+        int index = -1;
+    };
+    mutable std::array<LiteralSlot, 128> m_literalSlots;
     bool m_open = false;
 
     std::vector<std::unique_ptr<Row>> m_rows; // table order

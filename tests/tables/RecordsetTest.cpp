@@ -222,3 +222,22 @@ TEST(Recordset, AddNewWithValuesJoinsTheIndex) {
     EXPECT_THROW(t.addNew({Value(QStringLiteral("8"))}), core::TsrError);
     EXPECT_EQ(t.recordCount(), 5);
 }
+
+// Field names are remembered by where their text stands; a name that only borrows
+// that place, and another name taking it later, each find their own field.
+TEST(Recordset, ABorrowedNameIsReadAnewWhenItsTextChanges) {
+    Recordset t;
+    t.appendField(QStringLiteral("Alfa"), FieldType::Text);
+    t.appendField(QStringLiteral("Beta"), FieldType::Text);
+    t.open();
+    char16_t text[] = u"Alfa";
+    const QString borrowed = QString::fromRawData(reinterpret_cast<const QChar*>(text), 4);
+    EXPECT_EQ(t.fieldIndex(borrowed), 0);
+    EXPECT_EQ(t.fieldIndex(borrowed), 0);
+    std::copy_n(u"Beta", 4, text);
+    EXPECT_EQ(t.fieldIndex(borrowed), 1);
+    std::copy_n(u"Gamm", 4, text);
+    EXPECT_EQ(t.fieldIndex(borrowed), -1);
+    EXPECT_EQ(t.fieldIndex(QStringLiteral("BETA")), 1);
+    EXPECT_EQ(t.fieldIndex(QStringLiteral("BETA")), 1);
+}
