@@ -97,8 +97,9 @@ int Recordset::fieldIndex(const QString& name) const {
         index = known.value();
     } else {
         index = m_fieldByName.value(name.toCaseFolded(), -1);
+        // The key keeps text of its own: a borrowed text may change under it.
         if (index >= 0)
-            m_fieldBySpelling.insert(name, index);
+            m_fieldBySpelling.insert(literal ? QString(name.constData(), name.size()) : name, index);
     }
     if (slot && index >= 0)
         *slot = {name.constData(), QString(name.constData(), name.size()), index};
