@@ -7,6 +7,7 @@
 #include <QLocale>
 #include <QRegularExpression>
 #include <cmath>
+#include <ctime>
 
 namespace tsr::core {
 
@@ -80,6 +81,18 @@ QDate toQDate(VbDate d) {
 QDateTime toQDateTime(VbDate d) {
     const Parts p = split(d);
     return QDateTime(QDate::fromJulianDay(kDayZero + p.day), QTime(0, 0).addSecs(int(p.seconds)));
+}
+
+VbDate utcToLocal(VbDate utc) {
+    // Straight through the C library: a QDateTime in local time asks the system to
+    // read its zone file again on every conversion, and a read converts thousands.
+    constexpr qint64 kUnixDayZero = 25569; // 1970-01-01
+    const time_t t = time_t(linearSeconds(utc) - kUnixDayZero * kSecondsPerDay);
+    tm local{};
+    if (!localtime_r(&t, &local))
+        return utc;
+    const QDate date(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
+    return withDate(date, local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec);
 }
 
 VbDate DateSerial(int year, int month, int day) {
@@ -195,42 +208,66 @@ qint64 DateDiff(const QString& interval, VbDate d1, VbDate d2, int firstDayOfWee
 
 // --- Format --------------------------------------------------------------
 
-static QString pad2(int v) {
-    return QStringLiteral("%1").arg(v, 2, 10, QLatin1Char('0'));
+namespace {
+
+void appendPad2(QString& out, int v) {
+    if (v >= 0 && v < 100) {
+        out += QChar(u'0' + v / 10);
+        out += QChar(u'0' + v % 10);
+    } else {
+        out += QStringLiteral("%1").arg(v, 2, 10, QLatin1Char('0'));
+    }
 }
 
-static int weekOfYear(const QDate& date) {
+void appendYear(QString& out, int y) {
+    if (y >= 0 && y <= 9999) {
+        for (int div = 1000; div > 0; div /= 10)
+            out += QChar(u'0' + y / div % 10);
+    } else {
+        out += QStringLiteral("%1").arg(y, 4, 10, QLatin1Char('0'));
+    }
+}
+
+int weekOfYear(const QDate& date) {
     const QDate jan1(date.year(), 1, 1);
     const int jan1Weekday = jan1.dayOfWeek() % 7; // Sunday 0
     return (date.dayOfYear() - 1 + jan1Weekday) / 7 + 1;
 }
 
+bool startsWithAt(QStringView mask, int at, QStringView word) {
+    return mask.mid(at, word.size()).compare(word, Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
+// Masks are formatted for every row of a read, so nothing here allocates more than the result.
 QString Format(VbDate d, const QString& maskIn) {
-    QString mask = maskIn;
-    const QString named = maskIn.toLower();
-    if (named == u"short date")
-        mask = QStringLiteral("dd.mm.yyyy");
-    else if (named == u"long date")
-        mask = QStringLiteral("dddd, d. mmmm yyyy");
-    else if (named == u"short time")
-        mask = QStringLiteral("hh:nn");
-    else if (named == u"medium time")
-        mask = QStringLiteral("hh:nn AMPM");
-    else if (named == u"long time")
-        mask = QStringLiteral("hh:nn:ss");
-    else if (named == u"general date")
+    QStringView mask = maskIn;
+    if (maskIn.compare(u"short date", Qt::CaseInsensitive) == 0)
+        mask = u"dd.mm.yyyy";
+    else if (maskIn.compare(u"long date", Qt::CaseInsensitive) == 0)
+        mask = u"dddd, d. mmmm yyyy";
+    else if (maskIn.compare(u"short time", Qt::CaseInsensitive) == 0)
+        mask = u"hh:nn";
+    else if (maskIn.compare(u"medium time", Qt::CaseInsensitive) == 0)
+        mask = u"hh:nn AMPM";
+    else if (maskIn.compare(u"long time", Qt::CaseInsensitive) == 0)
+        mask = u"hh:nn:ss";
+    else if (maskIn.compare(u"general date", Qt::CaseInsensitive) == 0)
         return dateText(d);
 
     const QDate date = dateOf(d);
+    int year = 0, month = 0, day = 0;
+    date.getDate(&year, &month, &day);
     const Parts p = split(d);
     const int hour = int(p.seconds / 3600), minute = int(p.seconds / 60 % 60), second = int(p.seconds % 60);
-    const QLocale locale;
 
-    // Pass 1: find whether the mask asks for a 12-hour clock.
-    static const QRegularExpression ampmRe(QStringLiteral("AM/PM|A/P|AMPM"), QRegularExpression::CaseInsensitiveOption);
-    const bool twelve = ampmRe.match(mask).hasMatch();
+    // A mask that asks for a day-part mark anywhere counts hours on a 12-hour clock.
+    const bool twelve = mask.contains(u"AM/PM", Qt::CaseInsensitive) || mask.contains(u"A/P", Qt::CaseInsensitive) ||
+                        mask.contains(u"AMPM", Qt::CaseInsensitive);
 
     QString out;
+    out.reserve(mask.size() + 8);
     bool lastWasHour = false;
     const int n = int(mask.size());
     auto countRun = [&](int at, QChar c) {
@@ -245,7 +282,7 @@ QString Format(VbDate d, const QString& maskIn) {
             const QChar c = mask[k].toLower();
             if (c == u's')
                 return true;
-            if (QStringLiteral("dmyhnwq").contains(c))
+            if (QStringView(u"dmyhnwq").contains(c))
                 return false;
         }
         return false;
@@ -255,7 +292,7 @@ QString Format(VbDate d, const QString& maskIn) {
         const QChar lc = c.toLower();
         if (c == u'"') {
             const int end = int(mask.indexOf(u'"', i + 1));
-            out += mask.mid(i + 1, end < 0 ? -1 : end - i - 1);
+            out += mask.mid(i + 1, end < 0 ? n - i - 1 : end - i - 1);
             i = end < 0 ? n : end + 1;
             continue;
         }
@@ -264,20 +301,19 @@ QString Format(VbDate d, const QString& maskIn) {
             i += 2;
             continue;
         }
-        if (mask.mid(i, 5).compare(u"AM/PM", Qt::CaseInsensitive) == 0) {
-            const bool pm = hour >= 12;
-            const QString s = mask.mid(i, 5);
-            out += pm ? (s[0].isUpper() ? QStringLiteral("PM") : QStringLiteral("pm"))
-                      : (s[0].isUpper() ? QStringLiteral("AM") : QStringLiteral("am"));
+        if (startsWithAt(mask, i, u"AM/PM")) {
+            const bool upper = mask[i].isUpper();
+            out += hour >= 12 ? (upper ? u"PM" : u"pm") : (upper ? u"AM" : u"am");
             i += 5;
             continue;
         }
-        if (mask.mid(i, 4).compare(u"AMPM", Qt::CaseInsensitive) == 0) {
+        if (startsWithAt(mask, i, u"AMPM")) {
+            const QLocale locale;
             out += hour >= 12 ? locale.pmText() : locale.amText();
             i += 4;
             continue;
         }
-        if (mask.mid(i, 3).compare(u"A/P", Qt::CaseInsensitive) == 0) {
+        if (startsWithAt(mask, i, u"A/P")) {
             const bool pm = hour >= 12;
             out += mask[i].isUpper() ? (pm ? u'P' : u'A') : (pm ? u'p' : u'a');
             i += 3;
@@ -286,33 +322,39 @@ QString Format(VbDate d, const QString& maskIn) {
         const int run = countRun(i, lc);
         if (lc == u'd') {
             if (run >= 4)
-                out += locale.dayName(date.dayOfWeek(), QLocale::LongFormat);
+                out += QLocale().dayName(date.dayOfWeek(), QLocale::LongFormat);
             else if (run == 3)
-                out += locale.dayName(date.dayOfWeek(), QLocale::ShortFormat);
+                out += QLocale().dayName(date.dayOfWeek(), QLocale::ShortFormat);
             else if (run == 2)
-                out += pad2(date.day());
+                appendPad2(out, day);
             else
-                out += QString::number(date.day());
+                out += QString::number(day);
             i += std::min(run, 4);
             lastWasHour = false;
         } else if (lc == u'm') {
             const bool minutes = run <= 2 && (lastWasHour || secondsFollow(i + run));
-            if (minutes)
-                out += run == 2 ? pad2(minute) : QString::number(minute);
-            else if (run >= 4)
-                out += locale.monthName(date.month(), QLocale::LongFormat);
-            else if (run == 3)
-                out += locale.monthName(date.month(), QLocale::ShortFormat);
-            else
-                out += run == 2 ? pad2(date.month()) : QString::number(date.month());
+            if (minutes) {
+                if (run == 2)
+                    appendPad2(out, minute);
+                else
+                    out += QString::number(minute);
+            } else if (run >= 4) {
+                out += QLocale().monthName(month, QLocale::LongFormat);
+            } else if (run == 3) {
+                out += QLocale().monthName(month, QLocale::ShortFormat);
+            } else if (run == 2) {
+                appendPad2(out, month);
+            } else {
+                out += QString::number(month);
+            }
             i += std::min(run, 4);
             lastWasHour = false;
         } else if (lc == u'y') {
             if (run >= 3) {
-                out += QStringLiteral("%1").arg(date.year(), 4, 10, QLatin1Char('0'));
+                appendYear(out, year);
                 i += std::min(run, 4);
             } else if (run == 2) {
-                out += pad2(date.year() % 100);
+                appendPad2(out, year % 100);
                 i += 2;
             } else {
                 out += QString::number(date.dayOfYear());
@@ -326,15 +368,24 @@ QString Format(VbDate d, const QString& maskIn) {
                 if (h == 0)
                     h = 12;
             }
-            out += run >= 2 ? pad2(h) : QString::number(h);
+            if (run >= 2)
+                appendPad2(out, h);
+            else
+                out += QString::number(h);
             i += std::min(run, 2);
             lastWasHour = true;
         } else if (lc == u'n') {
-            out += run >= 2 ? pad2(minute) : QString::number(minute);
+            if (run >= 2)
+                appendPad2(out, minute);
+            else
+                out += QString::number(minute);
             i += std::min(run, 2);
             lastWasHour = false;
         } else if (lc == u's') {
-            out += run >= 2 ? pad2(second) : QString::number(second);
+            if (run >= 2)
+                appendPad2(out, second);
+            else
+                out += QString::number(second);
             i += std::min(run, 2);
             lastWasHour = false;
         } else if (lc == u'w') {
@@ -347,7 +398,7 @@ QString Format(VbDate d, const QString& maskIn) {
             }
             lastWasHour = false;
         } else if (lc == u'q') {
-            out += QString::number((date.month() - 1) / 3 + 1);
+            out += QString::number((month - 1) / 3 + 1);
             i += 1;
         } else {
             out += c;

@@ -23,6 +23,8 @@ VbDate fromQDateTime(const QDateTime& dt);
 VbDate fromQDate(const QDate& d);
 QDateTime toQDateTime(VbDate d);
 QDate toQDate(VbDate d);
+// The local wall clock at a moment given in universal time, by the system's zone.
+VbDate utcToLocal(VbDate utc);
 
 VbDate DateSerial(int year, int month, int day);
 VbDate TimeSerial(int hour, int minute, int second);

@@ -29,14 +29,14 @@ namespace {
 
 const QString kModul = QStringLiteral("DOROutlook");
 
-QString text(const Recordset& r, const char16_t* field) {
-    return r.value(QString::fromUtf16(field)).toText();
+QString text(const Recordset& r, const QString& field) {
+    return r.value(field).toText();
 }
-bool flag(const Recordset& r, const char16_t* field) {
-    return r.value(QString::fromUtf16(field)).toBool();
+bool flag(const Recordset& r, const QString& field) {
+    return r.value(field).toBool();
 }
-VbDate date(const Recordset& r, const char16_t* field) {
-    return r.value(QString::fromUtf16(field)).toDate();
+VbDate date(const Recordset& r, const QString& field) {
+    return r.value(field).toDate();
 }
 
 std::shared_ptr<Folder> defaultCalendar(core::Context& ctx) {
@@ -85,6 +85,33 @@ struct ReadRun {
     }
 };
 
+// The status line's date of each item. Items come sorted by their start, so with a
+// mask that shows no time of day the text is made once a day, not once an item.
+class StartDateText {
+public:
+    explicit StartDateText(const QString& mask) : m_mask(mask) {
+        for (QChar c : mask)
+            if (QStringView(u"hnsapHNSAP").contains(c))
+                m_daysOnly = false;
+    }
+    const QString& text(VbDate start) {
+        const VbDate key = m_daysOnly ? core::DateValue(start) : start;
+        if (!m_valid || !(key == m_key)) {
+            m_text = core::Format(start, m_mask);
+            m_key = key;
+            m_valid = true;
+        }
+        return m_text;
+    }
+
+private:
+    QString m_mask;
+    bool m_daysOnly = true;
+    bool m_valid = false;
+    VbDate m_key;
+    QString m_text;
+};
+
 // The range's end moves to the last entry read, and series rows of the entries read go.
 bool cutRangeToLastEntry(core::Context& ctx, Recordset& table, const ReadRun& run) {
     if (table.recordCount() == 0 || run.UIDList.isEmpty())
@@ -92,11 +119,12 @@ bool cutRangeToLastEntry(core::Context& ctx, Recordset& table, const ReadRun& ru
     const int position = table.absolutePosition();
     table.moveFirst();
     if (table.find(QStringLiteral("UID = '") + run.UIDList.last() + u'\''))
-        ctx.flags.GlobalEndDate = VbDate(core::DateValue(date(table, u"StartDate")).value + 86399.0 / 86400.0);
+        ctx.flags.GlobalEndDate =
+            VbDate(core::DateValue(date(table, QStringLiteral("StartDate"))).value + 86399.0 / 86400.0);
     for (const QString& uid : run.UIDList) {
         table.moveFirst();
-        if (table.find(QStringLiteral("UID = '") + uid + u'\'') && flag(table, u"ISRecurring") &&
-            !tables::vCalClearSerieRecords(table, text(table, u"EntryID")))
+        if (table.find(QStringLiteral("UID = '") + uid + u'\'') && flag(table, QStringLiteral("ISRecurring")) &&
+            !tables::vCalClearSerieRecords(table, text(table, QStringLiteral("EntryID"))))
             return false;
     }
     table.setAbsolutePosition(position);
@@ -136,6 +164,7 @@ bool readCalendar(core::Context& ctx, Recordset& table, bool keepGrid, bool sile
         Recordset scratch(QStringLiteral("RSCalendar"));
         initScratch(ctx, scratch);
         const bool mobileRows = ctx.read.vCalMobileRead && ctx.read.vCalMobileCount > 0;
+        StartDateText startText(f.DateFormat);
         for (auto item = items->Find(filter); item;) {
             if (!ctx.status.GetState()) {
                 cancelled = true;
@@ -150,7 +179,7 @@ bool readCalendar(core::Context& ctx, Recordset& table, bool keepGrid, bool sile
                                          : QString::number(run.ItemsTaken);
             if (appointment)
                 ctx.status.SetText(searching + QStringLiteral(": ") + counters + QStringLiteral("\r\n") +
-                                   core::Format(appointment->Start(), f.DateFormat));
+                                   startText.text(appointment->Start()));
             if (repeat) {
                 if (silent && autoSync && run.full(ctx))
                     break;
@@ -160,7 +189,7 @@ bool readCalendar(core::Context& ctx, Recordset& table, bool keepGrid, bool sile
             }
             tables::vCalCreateNewRecord(scratch);
             sync::InsertEntry(ctx, *appointment, scratch);
-            const QString uid = text(scratch, u"UID");
+            const QString uid = text(scratch, QStringLiteral("UID"));
             run.UIDList << uid;
             run.seen.insert(uid);
             const bool merged = mobileRows && sync::admitCalendarEntry(ctx, table, scratch, sync::ReadSide::PIM);
@@ -208,29 +237,29 @@ bool readCalendar(core::Context& ctx, Recordset& table, bool keepGrid, bool sile
 void writePattern(core::Context& ctx, Recordset& table, AppointmentItem& item, bool IsNew) {
     auto pattern = item.GetRecurrencePattern();
     if (IsNew) {
-        const VbDate recPatt = date(table, u"PIMRecPatt");
-        pattern->setPatternStartDate(recPatt.value != 0 ? recPatt : date(table, u"Start"));
-        table.setValue(QStringLiteral("PIMRecPatt"), date(table, u"StartDate"));
-        table.setValue(QStringLiteral("PimRecPattString"), date(table, u"StartDate"));
+        const VbDate recPatt = date(table, QStringLiteral("PIMRecPatt"));
+        pattern->setPatternStartDate(recPatt.value != 0 ? recPatt : date(table, QStringLiteral("Start")));
+        table.setValue(QStringLiteral("PIMRecPatt"), date(table, QStringLiteral("StartDate")));
+        table.setValue(QStringLiteral("PimRecPattString"), date(table, QStringLiteral("StartDate")));
     }
     VbDate startTime;
-    core::CreateTimeFromString(ctx, text(table, u"StartTime"), startTime);
+    core::CreateTimeFromString(ctx, text(table, QStringLiteral("StartTime")), startTime);
     pattern->setStartTime(startTime);
     const int interval = int(table.value(QStringLiteral("RecurrenceIntervall")).toInt64());
     pattern->setInterval(interval < 1 ? 1 : interval);
-    const VbDate endTime = core::TimeValue(date(table, u"EndTime"));
-    if (flag(table, u"EndDateFlag"))
+    const VbDate endTime = core::TimeValue(date(table, QStringLiteral("EndTime")));
+    if (flag(table, QStringLiteral("EndDateFlag")))
         pattern->setEndTime(endTime);
     const int64_t days = table.value(QStringLiteral("StartEndDiff")).toInt64();
     pattern->setDuration(int32_t(days * 24 * 60 + core::DateDiff(QStringLiteral("n"), startTime, endTime)));
 
-    const QString kind = text(table, u"RecurrenceType");
+    const QString kind = text(table, QStringLiteral("RecurrenceType"));
     if (kind == u"D") {
         pattern->setRecurrenceType(olRecursDaily);
     } else if (kind == u"W") {
         pattern->setRecurrenceType(olRecursWeekly);
         pattern->setDayOfWeekMask(int(table.value(QStringLiteral("Weekdaymask")).toInt64()));
-        if (date(table, u"oldStartDate").value != date(table, u"StartDate").value)
+        if (date(table, QStringLiteral("oldStartDate")).value != date(table, QStringLiteral("StartDate")).value)
             table.setValue(QStringLiteral("Weekdaymask"), int64_t(pattern->DayOfWeekMask()));
     } else if (kind == u"M") {
         pattern->setRecurrenceType(olRecursMonthly);
@@ -247,13 +276,13 @@ void noteWrite(core::Context& ctx, Recordset& table, bool IsNew) {
     table.setValue(QStringLiteral("PIMnew"), IsNew);
     table.setValue(QStringLiteral("Transfernew"), int32_t(1));
     int16_t& temp = ctx.pim.TempCalID;
-    if (!usableEntryID(text(table, u"EntryID")) && !flag(table, u"Mobile")) {
+    if (!usableEntryID(text(table, QStringLiteral("EntryID"))) && !flag(table, QStringLiteral("Mobile"))) {
         table.setValue(QStringLiteral("EntryID"), QString::number(temp));
-        if (text(table, u"UID").isEmpty())
+        if (text(table, QStringLiteral("UID")).isEmpty())
             table.setValue(QStringLiteral("UID"), QString::number(temp));
         temp = core::toInt16(qint64(temp) + 1);
     }
-    if (text(table, u"UID").isEmpty()) {
+    if (text(table, QStringLiteral("UID")).isEmpty()) {
         table.setValue(QStringLiteral("UID"), QString::number(temp));
         temp = core::toInt16(qint64(temp) + 1);
     }
@@ -261,7 +290,7 @@ void noteWrite(core::Context& ctx, Recordset& table, bool IsNew) {
     Recordset& pending = *ctx.tables.RSCalendarPending;
     tables::vCalCreateNewRecord(pending);
     tables::CopyFromRecordset(pending, table);
-    if (flag(table, u"PIM")) {
+    if (flag(table, QStringLiteral("PIM"))) {
         enableSave(ctx, true);
         if (IsNew) {
             ctx.read.vCalPIMCount += 1;
@@ -306,7 +335,7 @@ void WriteOutlookEntry(core::Context& ctx, Recordset& table, bool& IsNew) {
             noteWrite(ctx, table, IsNew);
             return;
         }
-        const bool onPim = flag(table, u"PIM") && ctx.flags.GlobalOrganizerOK && ctx.servers.MOL;
+        const bool onPim = flag(table, QStringLiteral("PIM")) && ctx.flags.GlobalOrganizerOK && ctx.servers.MOL;
         std::shared_ptr<AppointmentItem> item;
         if (onPim) {
             auto ns = ctx.servers.MOL->GetNamespace(QStringLiteral("MAPI"));
@@ -316,37 +345,37 @@ void WriteOutlookEntry(core::Context& ctx, Recordset& table, bool& IsNew) {
                 if (item) {
                     item->Save();
                     table.setValue(QStringLiteral("UID"), item->EntryID());
-                    if (!flag(table, u"Mobile"))
+                    if (!flag(table, QStringLiteral("Mobile")))
                         table.setValue(QStringLiteral("EntryID"), item->EntryID());
                 }
             } else {
-                item = asAppointment(ns->GetItemFromID(text(table, u"UID")));
+                item = asAppointment(ns->GetItemFromID(text(table, QStringLiteral("UID"))));
             }
         }
         if (item) {
-            item->setMeetingStatus(text(table, u"Typ") == u"1" ? olMeeting : olNonMeeting);
-            item->setReminderSet(flag(table, u"Alarm"));
+            item->setMeetingStatus(text(table, QStringLiteral("Typ")) == u"1" ? olMeeting : olNonMeeting);
+            item->setReminderSet(flag(table, QStringLiteral("Alarm")));
             item->setReminderMinutesBeforeStart(0);
             item->setReminderOverrideDefault(true);
-            const bool series = flag(table, u"ISRecurring");
+            const bool series = flag(table, QStringLiteral("ISRecurring"));
             if (!series) {
                 item->ClearRecurrencePattern();
-                item->setStart(date(table, u"Start"));
-                if (flag(table, u"EndDateFlag"))
-                    item->setEnd(VbDate(core::DateValue(date(table, u"EndDate")).value +
-                                        core::TimeValue(date(table, u"EndTime")).value));
+                item->setStart(date(table, QStringLiteral("Start")));
+                if (flag(table, QStringLiteral("EndDateFlag")))
+                    item->setEnd(VbDate(core::DateValue(date(table, QStringLiteral("EndDate"))).value +
+                                        core::TimeValue(date(table, QStringLiteral("EndTime"))).value));
             } else {
                 writePattern(ctx, table, *item, IsNew);
             }
-            item->setSubject(text(table, u"PIMText"));
+            item->setSubject(text(table, QStringLiteral("PIMText")));
             table.update();
-            if (series && !IsNew && item->Start().value != date(table, u"altesStartDate").value) {
-                const VbDate recPatt = date(table, u"PIMRecPatt");
+            if (series && !IsNew && item->Start().value != date(table, QStringLiteral("altesStartDate")).value) {
+                const VbDate recPatt = date(table, QStringLiteral("PIMRecPatt"));
                 auto pattern = item->GetRecurrencePattern();
-                pattern->setPatternStartDate(recPatt.value != 0 ? recPatt : date(table, u"StartDate"));
-                table.setValue(QStringLiteral("PIMRecPatt"), date(table, u"StartDate"));
-                table.setValue(QStringLiteral("PimRecPattString"), date(table, u"StartDate"));
-                if (text(table, u"RecurrenceType") == u"Y" && recPatt.value != 0)
+                pattern->setPatternStartDate(recPatt.value != 0 ? recPatt : date(table, QStringLiteral("StartDate")));
+                table.setValue(QStringLiteral("PIMRecPatt"), date(table, QStringLiteral("StartDate")));
+                table.setValue(QStringLiteral("PimRecPattString"), date(table, QStringLiteral("StartDate")));
+                if (text(table, QStringLiteral("RecurrenceType")) == u"Y" && recPatt.value != 0)
                     pattern->setDayOfMonth(core::Day(recPatt));
             }
             item->Save();
@@ -364,7 +393,7 @@ void WriteOutlookEntry(core::Context& ctx, Recordset& table, bool& IsNew) {
 
 bool RemoveEntryFromOutlook(core::Context& ctx, Recordset& table) {
     return core::guarded(ctx, kModul, QStringLiteral("RemoveEntryFromOutlook"), false, [&] {
-        const bool contacts = text(table, u"Recordset") == u"RSContacts";
+        const bool contacts = text(table, QStringLiteral("Recordset")) == u"RSContacts";
         int32_t& count = contacts ? ctx.read.vCardPIMCount : ctx.read.vCalPIMCount;
         bool& read = contacts ? ctx.read.vCardPIMRead : ctx.read.vCalPIMRead;
         if (ctx.settings.SaveTyp != 1 && !ctx.flags.GlobalTransferRun) {
@@ -375,17 +404,17 @@ bool RemoveEntryFromOutlook(core::Context& ctx, Recordset& table) {
             contacts ? tables::vCardCreateNewRecord(pending) : tables::vCalCreateNewRecord(pending);
             tables::CopyFromRecordset(pending, table);
             if (contacts)
-                phone::vcardSaveKontrolle(ctx, pending, text(table, u"EntryID"), false);
+                phone::vcardSaveKontrolle(ctx, pending, text(table, QStringLiteral("EntryID")), false);
             else
-                phone::vcalSaveKontrolle(ctx, pending, text(table, u"EntryID"), false);
+                phone::vcalSaveKontrolle(ctx, pending, text(table, QStringLiteral("EntryID")), false);
             enableSave(ctx, pending.recordCount() > 0);
-            if (!flag(table, u"PIM")) {
+            if (!flag(table, QStringLiteral("PIM"))) {
                 count -= 1;
                 read = count > 0;
             }
             return true;
         }
-        if (flag(table, u"PIM") && ctx.servers.MOL) {
+        if (flag(table, QStringLiteral("PIM")) && ctx.servers.MOL) {
             try {
                 auto ns = ctx.servers.MOL->GetNamespace(QStringLiteral("MAPI"));
                 QString storeID;
@@ -393,7 +422,7 @@ bool RemoveEntryFromOutlook(core::Context& ctx, Recordset& table) {
                     storeID = ctx.pim.GlobalContactFolder->StoreID();
                 else
                     storeID = ns->GetDefaultFolder(olFolderCalendar)->StoreID();
-                if (auto item = ns->GetItemFromID(text(table, u"UID"), storeID))
+                if (auto item = ns->GetItemFromID(text(table, QStringLiteral("UID")), storeID))
                     item->Delete();
             } catch (const core::TsrError& e) {
                 if (!ctx.flags.GlobalTransferRun) {
@@ -416,13 +445,13 @@ void SearchingforaOutlookEntry(core::Context& ctx, Recordset& table) {
         if (!ctx.servers.MOL || !ctx.flags.GlobalOrganizerOK)
             return;
         const auto& f = ctx.formats;
-        const VbDate start = date(table, u"Start");
+        const VbDate start = date(table, QStringLiteral("Start"));
         // The grid's time style is a named format, so the day and the time are formatted apart.
         const auto findText = [&f](VbDate d) {
             return core::Format(d, f.DateFormat) + u' ' + core::Format(core::TimeValue(d), f.GridTimeStyle);
         };
         QString filter;
-        if (!flag(table, u"ISRecurring")) {
+        if (!flag(table, QStringLiteral("ISRecurring"))) {
             filter = QStringLiteral("[Start]=\"") + findText(start) + u'"';
         } else {
             filter = QStringLiteral("[Start]>=\"") + findText(start) + QStringLiteral("\" and [Start] <=\"") +
@@ -443,7 +472,7 @@ void SearchingforaOutlookEntry(core::Context& ctx, Recordset& table) {
             // The table must stay on the row: only that row is asked about.
             const int position = table.absolutePosition();
             if (sync::vCalFindCompare(ctx, table, scratch, noDate) && table.absolutePosition() == position &&
-                !flag(table, u"PIM")) {
+                !flag(table, QStringLiteral("PIM"))) {
                 formats::vCalSyncOutlookEntry(ctx, table, scratch);
                 table.setValue(QStringLiteral("creafromMob"), true);
                 table.update();

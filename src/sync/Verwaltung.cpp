@@ -18,8 +18,8 @@ const QString kModul = QStringLiteral("Verwaltung");
 const QString kOrganizerBand = QStringLiteral("TSROrganizerMenu");
 const QString kToolsBand = QStringLiteral("TSRTools");
 
-void setText(Recordset& r, const char16_t* field, const QString& value) {
-    r.setValue(QString::fromUtf16(field), value);
+void setText(Recordset& r, const QString& field, const QString& value) {
+    r.setValue(field, value);
 }
 
 // Phone models that take no day modifier in a monthly or yearly rule.
@@ -132,12 +132,12 @@ void InsertEntry(core::Context& ctx, pim::AppointmentItem& Item, Recordset& Reco
         const int meeting = Item.MeetingStatus();
         if (meeting == pim::olMeeting || meeting == pim::olMeetingReceived) {
             Record.setValue(QStringLiteral("MeetingStatus"), true);
-            setText(Record, u"Typ", QStringLiteral("1"));
+            setText(Record, QStringLiteral("Typ"), QStringLiteral("1"));
         } else {
             Record.setValue(QStringLiteral("AnniversaryStatus"), false);
             Record.setValue(QStringLiteral("MemoStatus"), true);
             Record.setValue(QStringLiteral("PhoneCallStatus"), false);
-            setText(Record, u"Typ", QString());
+            setText(Record, QStringLiteral("Typ"), QString());
         }
         const VbDate start = Item.Start();
         const VbDate end = Item.End();
@@ -162,12 +162,12 @@ void InsertEntry(core::Context& ctx, pim::AppointmentItem& Item, Recordset& Reco
         }
         setSeries(ctx, Item, Record);
         const QString subject = Item.Subject();
-        setText(Record, u"Text", subject);
-        setText(Record, u"Description", subject);
-        setText(Record, u"PIMText", subject);
+        setText(Record, QStringLiteral("Text"), subject);
+        setText(Record, QStringLiteral("Description"), subject);
+        setText(Record, QStringLiteral("PIMText"), subject);
         Record.setValue(QStringLiteral("noPhonecall"), formats::check4PhoneCallChar(subject));
-        setText(Record, u"UID", Item.EntryID());
-        setText(Record, u"EntryID", Item.EntryID());
+        setText(Record, QStringLiteral("UID"), Item.EntryID());
+        setText(Record, QStringLiteral("EntryID"), Item.EntryID());
         Record.setValue(QStringLiteral("Start"), start);
         Record.setValue(QStringLiteral("EntryType"), int32_t(1));
         Record.setValue(QStringLiteral("PIM"), true);
@@ -200,17 +200,17 @@ void vCardInsertEntry(core::Context& ctx, pim::ContactItem& Item, Recordset& Rec
             Record.setValue(name, clean);
             Record.setValue(QStringLiteral("PIM") + name, clean);
         }
-        setText(Record, u"UID", Item.EntryID());
-        setText(Record, u"EntryID", Item.EntryID());
+        setText(Record, QStringLiteral("UID"), Item.EntryID());
+        setText(Record, QStringLiteral("EntryID"), Item.EntryID());
         const QString web = formats::RemoveCTRLCharactersFromString(Item.WebPage());
-        setText(Record, u"URL", formats::URLwithouthttp(web));
-        setText(Record, u"PIMURL", web);
+        setText(Record, QStringLiteral("URL"), formats::URLwithouthttp(web));
+        setText(Record, QStringLiteral("PIMURL"), web);
         Record.setValue(QStringLiteral("PIM"), true);
         if (Record.value(QStringLiteral("EntryType")).toInt32() == 2)
             Record.setValue(QStringLiteral("EntryType"), int32_t(3));
         const QString categories = formats::RemoveCTRLCharactersFromString(Item.Categories());
-        setText(Record, u"MobileCategoriesText", QStringLiteral("VIP"));
-        setText(Record, u"CategoriesText", categories);
+        setText(Record, QStringLiteral("MobileCategoriesText"), QStringLiteral("VIP"));
+        setText(Record, QStringLiteral("CategoriesText"), categories);
         Record.setValue(QStringLiteral("Categories"), categories.contains(u"VIP", Qt::CaseInsensitive));
         Record.update();
     });

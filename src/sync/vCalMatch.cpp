@@ -168,10 +168,8 @@ bool admitCalendarEntry(core::Context& ctx, Recordset& table, Recordset& entry, 
             formats::vCalSyncOutlookEntry(ctx, table, entry);
         return true;
     }
-    core::guarded(ctx, kVerwaltung, QStringLiteral("admitCalendarEntry"), [&] {
-        tables::vCalCreateNewRecord(table);
-        tables::CopyFromRecordset(table, entry);
-    });
+    core::guarded(ctx, kVerwaltung, QStringLiteral("admitCalendarEntry"),
+                  [&] { tables::vCalCreateCopy(table, entry); });
     return false;
 }
 

@@ -79,13 +79,30 @@ void Recordset::close() {
 }
 
 int Recordset::fieldIndex(const QString& name) const {
+    // A literal's text lives as long as the program, so its address names it: a
+    // read asks for fields by literal names a hundred times a row, and the address
+    // is cheaper to look up than the text's hash. The copy guards against text
+    // that only borrowed its address.
+    const bool literal = !name.isEmpty() && !name.data_ptr().isMutable();
+    LiteralSlot* slot = nullptr;
+    if (literal) {
+        slot = &m_literalSlots[(quintptr(name.constData()) / sizeof(QChar)) % m_literalSlots.size()];
+        if (slot->text == name.constData() && slot->copy == name)
+            return slot->index;
+    }
     // Code names its fields in a few spellings; each is remembered as it was
     // written, so case folding is paid once per spelling, not on every call.
-    if (const auto known = m_fieldBySpelling.constFind(name); known != m_fieldBySpelling.constEnd())
-        return known.value();
-    const int index = m_fieldByName.value(name.toCaseFolded(), -1);
-    if (index >= 0)
-        m_fieldBySpelling.insert(name, index);
+    int index = -1;
+    if (const auto known = m_fieldBySpelling.constFind(name); known != m_fieldBySpelling.constEnd()) {
+        index = known.value();
+    } else {
+        index = m_fieldByName.value(name.toCaseFolded(), -1);
+        // The key keeps text of its own: a borrowed text may change under it.
+        if (index >= 0)
+            m_fieldBySpelling.insert(literal ? QString(name.constData(), name.size()) : name, index);
+    }
+    if (slot && index >= 0)
+        *slot = {name.constData(), QString(name.constData(), name.size()), index};
     return index;
 }
 
@@ -121,6 +138,41 @@ void Recordset::addNew() {
         it.value()->rows[QString()].push_back(raw);
     m_cursor = raw->viewPos;
     m_onDeleted = false;
+}
+
+void Recordset::addNew(std::vector<Value> values) {
+    if (values.size() != m_fields.size())
+        throw TsrError(err::AdoBadArguments, kSource,
+                       QStringLiteral("Arguments are of the wrong type, are out of acceptable range, or are in "
+                                      "conflict with one another."));
+    for (size_t i = 0; i < values.size(); ++i)
+        convertForField(int(i), values[i]);
+    auto row = std::make_unique<Row>();
+    row->values = std::move(values);
+    row->viewPos = int(m_view.size());
+    Row* raw = row.get();
+    m_rows.push_back(std::move(row));
+    m_view.push_back(raw);
+    for (auto it = m_indexes.begin(); it != m_indexes.end(); ++it)
+        it.value()->rows[textForm(raw->values[size_t(it.key())]).toCaseFolded()].push_back(raw);
+    m_cursor = raw->viewPos;
+    m_onDeleted = false;
+}
+
+void Recordset::convertForField(int index, Value& v) const {
+    const FieldType type = m_fields[size_t(index)].type;
+    if (v.isEmpty() || v.type() == type) {
+        // Already of the field's type: kept as it is.
+    } else if (type == FieldType::Text && v.type() == FieldType::Date) {
+        v = dateAsText(v.toDate());
+    } else if (type == FieldType::Date && v.type() == FieldType::Text) {
+        auto d = core::parseDate(v.toText(), m_dateMask, m_timeMask);
+        if (!d)
+            throw TsrError(err::TypeMismatch, kSource, core::standardDescription(err::TypeMismatch));
+        v = *d;
+    } else {
+        v = v.convertedTo(type);
+    }
 }
 
 void Recordset::deleteCurrent() {
@@ -221,19 +273,7 @@ void Recordset::setValue(int index, Value v) {
     if (index < 0 || index >= fieldCount())
         throw TsrError(err::AdoItemNotFound, kSource, QStringLiteral("Item cannot be found in the collection."));
     Row& row = currentRow();
-    const FieldType type = m_fields[size_t(index)].type;
-    if (v.isEmpty() || v.type() == type) {
-        // Already of the field's type: kept as it is.
-    } else if (type == FieldType::Text && v.type() == FieldType::Date) {
-        v = dateAsText(v.toDate());
-    } else if (type == FieldType::Date && v.type() == FieldType::Text) {
-        auto d = core::parseDate(v.toText(), m_dateMask, m_timeMask);
-        if (!d)
-            throw TsrError(err::TypeMismatch, kSource, core::standardDescription(err::TypeMismatch));
-        v = *d;
-    } else {
-        v = v.convertedTo(type);
-    }
+    convertForField(index, v);
 
     if (!m_indexes.isEmpty() && row.viewPos >= 0) {
         auto idx = m_indexes.constFind(index);
@@ -292,25 +332,68 @@ QString Recordset::textForm(const Value& v) const {
 
 // --- criteria -------------------------------------------------------------
 
+// The common "Field = 'value'" read by hand: a pass pairs each entry through a
+// Find of this form, and the regular expression would cost more than the Find.
+static bool splitSimpleEquals(const QString& text, QString& field, QString& raw) {
+    // Only blanks and tabs around the parts; anything rarer goes the general way.
+    auto blank = [](QChar c) { return c == u' ' || c == u'\t'; };
+    auto trim = [&](QStringView v) {
+        while (!v.isEmpty() && blank(v.front()))
+            v = v.mid(1);
+        while (!v.isEmpty() && blank(v.back()))
+            v.chop(1);
+        return v;
+    };
+    for (QChar c : text)
+        if (c == u'\n' || c == u'\r' || c == u'\v' || c == u'\f')
+            return false;
+    const QStringView t = trim(text);
+    qsizetype i = 0;
+    auto word = [](QChar c, bool first) {
+        return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z') || c == u'_' || (!first && c >= u'0' && c <= u'9');
+    };
+    while (i < t.size() && word(t[i], i == 0))
+        ++i;
+    if (i == 0)
+        return false;
+    qsizetype eq = i;
+    while (eq < t.size() && blank(t[eq]))
+        ++eq;
+    if (eq >= t.size() || t[eq] != u'=')
+        return false;
+    const QStringView value = trim(t.mid(eq + 1));
+    if (value.size() < 2 || value.front() != u'\'' || value.back() != u'\'')
+        return false;
+    field = t.left(i).toString();
+    raw = value.toString();
+    return true;
+}
+
 Recordset::Criterion Recordset::parseCriterion(const QString& text) const {
-    static const QRegularExpression re(
-        QStringLiteral(R"(^\s*\[?([A-Za-z_][A-Za-z0-9_]*)\]?\s*(<>|<=|>=|=|<|>|\bLIKE\b)\s*(.*?)\s*$)"),
-        QRegularExpression::CaseInsensitiveOption);
-    const auto m = re.match(text);
-    if (!m.hasMatch())
-        throw TsrError(err::AdoBadArguments, kSource, QStringLiteral("Cannot read the criteria: ") + text);
-    Criterion c;
-    c.field = requireField(m.captured(1));
-    const QString op = m.captured(2).toUpper();
     using Op = Criterion::Op;
-    c.op = op == u"="    ? Op::Eq
-           : op == u"<>" ? Op::Ne
-           : op == u"<"  ? Op::Lt
-           : op == u">"  ? Op::Gt
-           : op == u"<=" ? Op::Le
-           : op == u">=" ? Op::Ge
-                         : Op::Like;
-    QString raw = m.captured(3);
+    Criterion c;
+    QString fieldName, raw;
+    if (splitSimpleEquals(text, fieldName, raw)) {
+        c.field = requireField(fieldName);
+        c.op = Op::Eq;
+    } else {
+        static const QRegularExpression re(
+            QStringLiteral(R"(^\s*\[?([A-Za-z_][A-Za-z0-9_]*)\]?\s*(<>|<=|>=|=|<|>|\bLIKE\b)\s*(.*?)\s*$)"),
+            QRegularExpression::CaseInsensitiveOption);
+        const auto m = re.match(text);
+        if (!m.hasMatch())
+            throw TsrError(err::AdoBadArguments, kSource, QStringLiteral("Cannot read the criteria: ") + text);
+        c.field = requireField(m.captured(1));
+        const QString op = m.captured(2).toUpper();
+        c.op = op == u"="    ? Op::Eq
+               : op == u"<>" ? Op::Ne
+               : op == u"<"  ? Op::Lt
+               : op == u">"  ? Op::Gt
+               : op == u"<=" ? Op::Le
+               : op == u">=" ? Op::Ge
+                             : Op::Like;
+        raw = m.captured(3);
+    }
     const FieldType type = m_fields[size_t(c.field)].type;
     if (raw.size() >= 2 && raw.startsWith(u'#') && raw.endsWith(u'#')) {
         auto d = core::parseDate(raw.mid(1, raw.size() - 2), m_dateMask, m_timeMask);

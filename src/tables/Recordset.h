@@ -10,6 +10,7 @@
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <array>
 #include <functional>
 #include <memory>
 #include <span>
@@ -50,6 +51,8 @@ public:
     // Rows. AddNew appends an empty row and makes it current; Update and UpdateBatch
     // commit (values are kept as they are written, so both only end an edit).
     void addNew();
+    // AddNew with the values of all fields in field order, each converted to its field's type.
+    void addNew(std::vector<Value> values);
     void update() {}
     void updateBatch() {}
     // Deletes the current row. The cursor stays on the gap: MoveNext goes on to the
@@ -121,6 +124,7 @@ private:
     struct Index;
 
     int requireField(const QString& name) const;
+    void convertForField(int index, Value& v) const;
     Row& currentRow();
     const Row& currentRow() const;
     Criterion parseCriterion(const QString& text) const;
@@ -140,6 +144,13 @@ private:
     std::vector<Field> m_fields;
     QHash<QString, int> m_fieldByName;             // case-folded name -> index
     mutable QHash<QString, int> m_fieldBySpelling; // name as asked for -> index
+    // Names written as literals, by the address of their text, checked against a copy.
+    struct LiteralSlot {
+        const QChar* text = nullptr;
+        QString copy;
+        int index = -1;
+    };
+    mutable std::array<LiteralSlot, 128> m_literalSlots;
     bool m_open = false;
 
     std::vector<std::unique_ptr<Row>> m_rows; // table order

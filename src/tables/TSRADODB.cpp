@@ -189,6 +189,19 @@ bool CopyFromRecordset(Recordset& target, Recordset& source) {
     return true;
 }
 
+void vCalCreateCopy(Recordset& target, Recordset& source) {
+    // With one layout on both sides every field of the new row is overwritten, so
+    // the row is made from the source's values at once.
+    if (target.fieldCount() != source.fieldCount()) {
+        vCalCreateNewRecord(target);
+        CopyFromRecordset(target, source);
+        return;
+    }
+    const std::span<Value> values = source.currentValues();
+    target.addNew(std::vector<Value>(values.begin(), values.end()));
+    target.updateBatch();
+}
+
 void copyFields(Recordset& target, const Recordset& source, std::initializer_list<const char16_t*> fields) {
     for (const char16_t* f : fields) {
         const QString name = QString::fromUtf16(f);

@@ -30,6 +30,9 @@ void vCardCreateNewRecord(Recordset& table);
 // Copies the source's current row into the target's current row field by field;
 // the source stays on its row.
 bool CopyFromRecordset(Recordset& target, Recordset& source);
+// vCalCreateNewRecord and CopyFromRecordset in one step: a new current row of the
+// target holding the source's current row.
+void vCalCreateCopy(Recordset& target, Recordset& source);
 // Copies the named fields of the source's current row into the target's current row.
 void copyFields(Recordset& target, const Recordset& source, std::initializer_list<const char16_t*> fields);
 bool vCalClearSerieRecords(Recordset& table, const QString& entryId);

@@ -93,3 +93,54 @@ TEST(Numbers, LeadingNumberAndOverflow) {
     }
     EXPECT_THROW(toInt16(-32769), TsrError);
 }
+
+// Universal time to the local wall clock; the tests run in Berlin, so both clock changes of 2026 show.
+TEST(VbDate, UtcToLocalAcrossTheClockChanges) {
+    struct Case {
+        QDateTime utc;
+        QDateTime local;
+    };
+    const Case cases[] = {
+        {{QDate(2026, 1, 15), QTime(12, 0)}, {QDate(2026, 1, 15), QTime(13, 0)}},
+        {{QDate(2026, 3, 29), QTime(0, 59, 59)}, {QDate(2026, 3, 29), QTime(1, 59, 59)}},
+        {{QDate(2026, 3, 29), QTime(1, 0)}, {QDate(2026, 3, 29), QTime(3, 0)}},
+        {{QDate(2026, 10, 25), QTime(0, 59, 59)}, {QDate(2026, 10, 25), QTime(2, 59, 59)}},
+        {{QDate(2026, 10, 25), QTime(1, 0)}, {QDate(2026, 10, 25), QTime(2, 0)}},
+        {{QDate(2026, 12, 31), QTime(23, 30)}, {QDate(2027, 1, 1), QTime(0, 30)}},
+        {{QDate(1965, 7, 1), QTime(8, 15, 30)}, {QDate(1965, 7, 1), QTime(9, 15, 30)}},
+    };
+    for (const Case& c : cases) {
+        const VbDate local = utcToLocal(fromQDateTime(c.utc));
+        EXPECT_EQ(toQDateTime(local), c.local) << c.utc.toString(Qt::ISODate).toStdString();
+        // The same as Qt's own conversion, which goes through the zone file every time.
+        EXPECT_EQ(local, fromQDateTime(QDateTime(c.utc.date(), c.utc.time(), Qt::UTC).toLocalTime()));
+    }
+}
+
+// The masks of the settings and the forms Format knows beside them.
+TEST(VbDate, FormatNamedFormsDayPartsAndLiterals) {
+    const VbDate morning = fromQDateTime(QDateTime(QDate(2026, 11, 23), QTime(0, 7, 3)));
+    const VbDate evening = fromQDateTime(QDateTime(QDate(987, 2, 5), QTime(21, 40)));
+    const struct {
+        VbDate d;
+        const char16_t* mask;
+        const char16_t* text;
+    } cases[] = {
+        {morning, u"Short Date", u"23.11.2026"},
+        {morning, u"LONG TIME", u"00:07:03"},
+        {morning, u"short time", u"00:07"},
+        {morning, u"General Date", u"23.11.2026 00:07:03"},
+        {morning, u"h:nn A/P", u"12:07 A"},
+        {evening, u"h:nn a/p", u"9:40 p"},
+        {evening, u"hh:mm am/pm", u"09:40 pm"},
+        {evening, u"dd.mm.yyyy", u"05.02.0987"},
+        {evening, u"yy q y", u"87 1 36"},
+        {morning, u"\"mm\" mm \\d d", u"mm 11 d 23"},
+        {morning, u"m:ss", u"7:03"},
+        {morning, u"\"open", u"open"},
+        {morning, u"", u""},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(Format(c.d, QString::fromUtf16(c.mask)), QString::fromUtf16(c.text))
+            << QString::fromUtf16(c.mask).toStdString();
+}

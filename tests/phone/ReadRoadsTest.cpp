@@ -181,3 +181,22 @@ TEST_F(ReadRoads, ADamagedStoreFileIsNamedAndPassedOver) {
     }
     EXPECT_TRUE(errors.join(u'\n').contains(u"broken.ics")) << errors.join(u'\n').toStdString();
 }
+
+// The status line names each item's start day, a series' repeats included, as the items come.
+TEST_F(ReadRoads, TheStatusLineShowsEachItemsDay) {
+    appointment(when(2026, 3, 10, 9), when(2026, 3, 10, 10), QStringLiteral("Morning"));
+    appointment(when(2026, 3, 10, 15), when(2026, 3, 10, 16), QStringLiteral("Afternoon"));
+    auto weekly = appointment(when(2026, 4, 20, 8), when(2026, 4, 20, 9), QStringLiteral("Weekly"));
+    weekly->GetRecurrencePattern()->setRecurrenceType(pim::olRecursWeekly);
+    weekly->Save();
+    appointment(when(2026, 3, 11, 9), when(2026, 3, 11, 10), QStringLiteral("Next day"));
+    ui.statusTexts.clear();
+    ASSERT_TRUE(pim::vCalReadOutlook(ctx, cal(), false));
+    QStringList days;
+    for (const QString& text : ui.statusTexts)
+        if (text.contains(QStringLiteral("\r\n")))
+            days << text.section(QStringLiteral("\r\n"), -1);
+    EXPECT_EQ(days,
+              (QStringList{QStringLiteral("10.03.2026"), QStringLiteral("10.03.2026"), QStringLiteral("11.03.2026"),
+                           QStringLiteral("20.04.2026"), QStringLiteral("27.04.2026")}));
+}

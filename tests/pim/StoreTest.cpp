@@ -6,6 +6,8 @@
 #include "PimTestSupport.h"
 
 #include <QFileInfo>
+#include <QSaveFile>
+#include <QThread>
 
 namespace tsr::test {
 namespace {
@@ -36,6 +38,58 @@ TEST_F(Store, DamagedFilesAreReportedAndSkipped) {
     // A second read of the unchanged folder says nothing new.
     EXPECT_EQ(calendarItems()->Count(), 1);
     EXPECT_EQ(ui.boxes.size(), 3);
+}
+
+// What other tools do to the folder between two reads of one session shows in the
+// next read: a file replaced by one of the same size, a file added, a damaged file
+// (reported once) mended, a file removed.
+TEST_F(Store, ChangesOnDiskShowInTheNextRead) {
+    auto a = newAppointment();
+    a->setSubject(QStringLiteral("Alpha"));
+    a->Save();
+    const QString file = QStringLiteral("calendar/") + filesIn(QStringLiteral("calendar")).filter(u".ics").value(0);
+    const QByteArray alpha = readFile(file);
+    auto subjects = [&] {
+        QStringList out;
+        auto items = calendarItems();
+        for (int i = 1; i <= items->Count(); ++i)
+            out << pim::asAppointment(items->ItemAt(i))->Subject();
+        out.sort();
+        return out;
+    };
+    // As vdirsyncer and khal write: a new file renamed over the old one.
+    auto replace = [&](const QString& rel, const QByteArray& text) {
+        QThread::msleep(20); // past the file system's clock step, so the folder's time moves
+        QSaveFile f(root() + u'/' + rel);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(text);
+        ASSERT_TRUE(f.commit());
+    };
+    ASSERT_EQ(subjects(), QStringList{QStringLiteral("Alpha")});
+
+    QByteArray bravo = alpha;
+    bravo.replace("Alpha", "Bravo");
+    replace(file, bravo);
+    EXPECT_EQ(subjects(), QStringList{QStringLiteral("Bravo")});
+
+    QByteArray charlie = alpha;
+    charlie.replace("Alpha", "Charlie").replace(a->EntryID().toLatin1(), "other-uid");
+    replace(QStringLiteral("calendar/other.ics"), charlie);
+    EXPECT_EQ(subjects(), (QStringList{QStringLiteral("Bravo"), QStringLiteral("Charlie")}));
+
+    replace(QStringLiteral("calendar/late.ics"), "BEGIN:VCALENDAR\r\nBEGIN:VEVENT\r\nUID:late\r\n");
+    EXPECT_EQ(subjects().size(), 2);
+    EXPECT_EQ(subjects().size(), 2);
+    EXPECT_EQ(ui.boxes.size(), 1);
+    QByteArray delta = alpha;
+    delta.replace("Alpha", "Delta").replace(a->EntryID().toLatin1(), "late");
+    replace(QStringLiteral("calendar/late.ics"), delta);
+    EXPECT_EQ(subjects(), (QStringList{QStringLiteral("Bravo"), QStringLiteral("Charlie"), QStringLiteral("Delta")}));
+    EXPECT_EQ(ui.boxes.size(), 1);
+
+    QThread::msleep(20);
+    ASSERT_TRUE(QFile::remove(root() + QStringLiteral("/calendar/other.ics")));
+    EXPECT_EQ(subjects(), (QStringList{QStringLiteral("Bravo"), QStringLiteral("Delta")}));
 }
 
 // Writes go through a temporary file renamed into place: no stray files; a failed write raises.

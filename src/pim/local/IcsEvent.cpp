@@ -36,15 +36,15 @@ core::VbDate fromIcal(const icaltimetype& t, icalproperty* prop, ZoneCache& zone
     const core::VbDate wall = wallClock(t);
     if (t.is_date)
         return wall;
-    const QDateTime asWritten = core::toQDateTime(wall);
     if (icaltime_is_utc(t))
-        return core::fromQDateTime(QDateTime(asWritten.date(), asWritten.time(), QTimeZone::utc()).toLocalTime());
+        return core::utcToLocal(wall);
     icalparameter* tzParam = prop ? icalproperty_get_first_parameter(prop, ICAL_TZID_PARAMETER) : nullptr;
     if (!tzParam)
         return wall;
     const QTimeZone& zone = zones.zone(QByteArray(icalparameter_get_tzid(tzParam)));
     if (!zone.isValid() || zone == QTimeZone::systemTimeZone())
         return wall;
+    const QDateTime asWritten = core::toQDateTime(wall);
     return core::fromQDateTime(QDateTime(asWritten.date(), asWritten.time(), zone).toLocalTime());
 }
 
@@ -238,8 +238,7 @@ void readAlarm(icalcomponent* master, EventData& ev) {
 core::VbDate Stamp::local() const {
     if (!utc || wall.value == 0.0)
         return wall;
-    const QDateTime t = core::toQDateTime(wall);
-    return core::fromQDateTime(QDateTime(t.date(), t.time(), QTimeZone::utc()).toLocalTime());
+    return core::utcToLocal(wall);
 }
 
 EventData::~EventData() {

@@ -13,6 +13,13 @@
 #include <QRegularExpression>
 #include <QSaveFile>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <optional>
+
 namespace tsr::pim::local {
 
 namespace {
@@ -115,6 +122,58 @@ private:
     std::shared_ptr<LocalStore> m_store;
 };
 
+// A file's modification time and size straight from stat: QFileInfo turns the time
+// into local time, which costs more than the stat itself on a folder of thousands.
+struct FileTimes {
+    qint64 mtimeNs = 0;
+    qint64 size = -1;
+};
+
+FileTimes fileTimes(const QString& path) {
+    struct stat st {};
+    if (::stat(QFile::encodeName(path).constData(), &st) != 0)
+        return {};
+    return {qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec, qint64(st.st_size)};
+}
+
+// The whole text of a file and its times, through one descriptor; the error text when it cannot be read.
+std::optional<QByteArray> readWhole(const QString& path, FileTimes& times, QString& error) {
+    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) {
+        error = qt_error_string(errno);
+        times = fileTimes(path);
+        return std::nullopt;
+    }
+    struct stat st {};
+    QByteArray text;
+    bool ok = ::fstat(fd, &st) == 0;
+    if (ok) {
+        times = {qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec, qint64(st.st_size)};
+        // Read to the end, whatever the size said: a file may grow while it is read.
+        text.resize(qsizetype(st.st_size) + 1);
+        qsizetype filled = 0;
+        while (ok) {
+            if (filled == text.size())
+                text.resize(text.size() * 2 + 4096);
+            const ssize_t n = ::read(fd, text.data() + filled, size_t(text.size() - filled));
+            if (n < 0 && errno == EINTR)
+                continue;
+            if (n <= 0) {
+                ok = n == 0;
+                break;
+            }
+            filled += n;
+        }
+        text.truncate(filled);
+    }
+    if (!ok)
+        error = qt_error_string(errno);
+    ::close(fd);
+    if (!ok)
+        return std::nullopt;
+    return text;
+}
+
 bool makeFolder(const QString& path, const QString& displayName) {
     if (!QDir().mkpath(path))
         return false;
@@ -206,44 +265,50 @@ constexpr qint64 kSweepMs = 2000;
 void LocalStore::noteOwnChange(const QString& rel) {
     auto it = m_sweeps.find(rel);
     if (it != m_sweeps.end())
-        it->folderTime = QFileInfo(absPath(rel)).lastModified();
+        it->folderTimeNs = fileTimes(absPath(rel)).mtimeNs;
 }
 
 LocalStore::DirCache& LocalStore::refresh(const QString& rel) {
     DirCache& cache = m_dirs[rel];
-    const QDateTime folderTime = QFileInfo(absPath(rel)).lastModified();
+    const QString folder = absPath(rel);
+    const qint64 folderTimeNs = fileTimes(folder).mtimeNs;
     auto sweep = m_sweeps.find(rel);
-    if (sweep != m_sweeps.end() && sweep->folderTime == folderTime && sweep->age.isValid() &&
+    if (sweep != m_sweeps.end() && sweep->folderTimeNs == folderTimeNs && sweep->age.isValid() &&
         sweep->age.elapsed() < kSweepMs)
         return cache;
     Sweep& next = m_sweeps[rel];
-    next.folderTime = folderTime;
+    next.folderTimeNs = folderTimeNs;
     next.age.start();
     const bool calendar = isCalendarFolder(rel);
-    const QFileInfoList files =
-        QDir(absPath(rel))
-            .entryInfoList({calendar ? QStringLiteral("*.ics") : QStringLiteral("*.vcf")}, QDir::Files, QDir::Name);
+    const QStringList names =
+        QDir(folder).entryList({calendar ? QStringLiteral("*.ics") : QStringLiteral("*.vcf")}, QDir::Files, QDir::Name);
     QSet<QString> seen;
+    seen.reserve(names.size());
     ZoneCache& zones = m_zones[rel];
-    for (const QFileInfo& info : files) {
-        const QString name = info.fileName();
+    for (const QString& name : names) {
         seen.insert(name);
+        const QString path = folder + u'/' + name;
         Entry& entry = cache[name];
-        const QDateTime mtime = info.lastModified();
-        if (entry.size == info.size() && entry.mtime == mtime)
-            continue;
-        entry = Entry{mtime, info.size(), nullptr, nullptr, false};
-        QFile f(info.filePath());
+        if (entry.size >= 0) {
+            const FileTimes times = fileTimes(path);
+            if (times.size >= 0 && entry.size == times.size && entry.mtimeNs == times.mtimeNs)
+                continue;
+        }
+        entry = Entry{};
+        FileTimes times;
+        QString error;
+        const std::optional<QByteArray> read = readWhole(path, times, error);
+        entry.mtimeNs = times.mtimeNs;
+        entry.size = times.size;
         try {
-            if (!f.open(QIODevice::ReadOnly))
-                core::raise(
-                    err::CorruptData, QStringLiteral("LocalStore"),
-                    QStringLiteral("The file \"%1\" cannot be opened: %2").arg(info.filePath(), f.errorString()));
-            const QByteArray text = f.readAll();
+            if (!read)
+                core::raise(err::CorruptData, QStringLiteral("LocalStore"),
+                            QStringLiteral("The file \"%1\" cannot be opened: %2").arg(path, error));
+            const QByteArray& text = *read;
             if (calendar)
-                entry.event = parseEvent(text, info.filePath(), zones);
+                entry.event = parseEvent(text, path, zones);
             else
-                entry.contact = parseVCard(text, info.filePath());
+                entry.contact = parseVCard(text, path);
         } catch (const core::TsrError& e) {
             entry.failed = true;
             m_problems << e.description();
@@ -261,10 +326,10 @@ LocalStore::Entry& LocalStore::writeFile(const QString& rel, const QString& file
     if (!f.open(QIODevice::WriteOnly) || f.write(text) != text.size() || !f.commit())
         core::raise(err::DiskError, QStringLiteral("LocalStore"),
                     QStringLiteral("The file \"%1\" cannot be written: %2").arg(path, f.errorString()));
-    const QFileInfo info(path);
+    const FileTimes times = fileTimes(path);
     Entry& entry = m_dirs[rel][fileName];
-    entry.mtime = info.lastModified();
-    entry.size = info.size();
+    entry.mtimeNs = times.mtimeNs;
+    entry.size = times.size;
     entry.failed = false;
     noteOwnChange(rel);
     return entry;

@@ -11,7 +11,6 @@
 #include "pim/local/IcsEvent.h"
 #include "pim/local/VCardFile.h"
 
-#include <QDateTime>
 #include <QElapsedTimer>
 #include <QHash>
 #include <QMap>
@@ -23,7 +22,7 @@ namespace tsr::pim::local {
 class LocalStore : public std::enable_shared_from_this<LocalStore> {
 public:
     struct Entry {
-        QDateTime mtime;
+        qint64 mtimeNs = 0; // as the file system has it, to the nanosecond
         qint64 size = -1;
         std::shared_ptr<EventData> event;
         std::shared_ptr<ContactData> contact;
@@ -71,7 +70,7 @@ private:
 
     // When a folder's files were last looked at one by one, and its own time then.
     struct Sweep {
-        QDateTime folderTime;
+        qint64 folderTimeNs = 0;
         QElapsedTimer age;
     };
     QHash<QString, Sweep> m_sweeps;
