@@ -77,9 +77,9 @@ username = "tester"
 password = "unused"
 EOF
 export VDIRSYNCER_CONFIG="$work/vdirsyncer.conf"
-yes | vdirsyncer discover up >"$work/sync.log" 2>&1 || { cat "$work/sync.log"; exit 1; }
+printf 'y\ny\ny\n' | vdirsyncer discover up >"$work/sync.log" 2>&1 || { cat "$work/sync.log"; exit 1; }
 vdirsyncer sync up >>"$work/sync.log" 2>&1 || { cat "$work/sync.log"; exit 1; }
-yes | vdirsyncer discover down >>"$work/sync.log" 2>&1 || { cat "$work/sync.log"; exit 1; }
+printf 'y\ny\ny\n' | vdirsyncer discover down >>"$work/sync.log" 2>&1 || { cat "$work/sync.log"; exit 1; }
 vdirsyncer sync down >>"$work/sync.log" 2>&1 || { cat "$work/sync.log"; exit 1; }
 
 listing() {
