@@ -45,6 +45,7 @@ Calendar records are the files DIR/cal/<index>.vcs.
   --baud N               line rate; 10 bit times a byte (default 115200, 0 = unpaced)
   --latency MS           time the phone thinks before each answer (default 0)
   --journal FILE         append every command line received to FILE
+  --byte-count FILE      on leaving, write the bytes received and sent and the answers given
   --line-log FILE        append the line settings the host set (e.g. "9600 7E2 rtscts")
                          to FILE before each command
   --upload-pause MS      a record upload that falls silent this long is dropped
@@ -167,6 +168,8 @@ public:
     // Sends the bytes from `start` at the line rate: each piece leaves when its last bit
     // would have crossed the line.
     void send(int fd, const std::string& bytes, long long start) {
+        m_sent += bytes.size();
+        ++m_answers;
         long long due = std::max(start, m_lineFree);
         const size_t piece = 64;
         for (size_t at = 0; at < bytes.size(); at += piece) {
@@ -181,9 +184,19 @@ public:
         m_lineFree = due;
     }
 
+    void noteReceived(size_t n) { m_received += n; }
+    // What crossed the line both ways, for benchmarks that hold a run against the line rate.
+    std::string counts() const {
+        return "received " + std::to_string(m_received) + "\nsent " + std::to_string(m_sent) + "\nanswers " +
+               std::to_string(m_answers) + "\n";
+    }
+
 private:
     long long m_byteNs;
     long long m_lineFree = 0;
+    size_t m_received = 0;
+    size_t m_sent = 0;
+    size_t m_answers = 0;
 };
 
 // The line settings of the device as the host set them: speed, then data bits, parity and
@@ -257,6 +270,7 @@ int main(int argc, char** argv) {
     long latencyMs = 0;
     long uploadPauseMs = 2000;
     std::string lineLogPath;
+    std::string byteCountPath;
     int contacts = 500;
     bool obexOffered = true;
     enum {
@@ -283,6 +297,7 @@ int main(int argc, char** argv) {
         NoRange,
         UploadPause,
         LineLog,
+        ByteCount,
         Help,
         Contacts,
         NoObex
@@ -310,6 +325,7 @@ int main(int argc, char** argv) {
                               {"no-range", no_argument, nullptr, NoRange},
                               {"upload-pause", required_argument, nullptr, UploadPause},
                               {"line-log", required_argument, nullptr, LineLog},
+                              {"byte-count", required_argument, nullptr, ByteCount},
                               {"help", no_argument, nullptr, Help},
                               {"contacts", required_argument, nullptr, Contacts},
                               {"no-obex", no_argument, nullptr, NoObex},
@@ -368,6 +384,9 @@ int main(int argc, char** argv) {
             break;
         case LineLog:
             lineLogPath = optarg;
+            break;
+        case ByteCount:
+            byteCountPath = optarg;
             break;
         case Help:
             std::cout << kUsage;
@@ -446,6 +465,7 @@ int main(int argc, char** argv) {
         const ssize_t n = read(line.master, buf, sizeof buf);
         if (n <= 0)
             continue;
+        pacer.noteReceived(size_t(n));
         ssize_t i = 0;
         if (obex.active()) {
             const ObexFeed fed = obex.feed(buf, size_t(n));
@@ -510,5 +530,7 @@ int main(int argc, char** argv) {
     if (!link.empty())
         unlink(link.c_str());
     closeLine(line);
+    if (!byteCountPath.empty())
+        std::ofstream(byteCountPath) << pacer.counts();
     return 0;
 }
