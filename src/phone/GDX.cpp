@@ -174,37 +174,36 @@ int DirMobileEntryFiles(core::Context& ctx, GDXServerSlot& server, const QString
 
 namespace {
 
-// Contacts keep no buffer of free entries: the transfer may fill the whole capacity.
-void noteCardCapacity(core::Context& ctx, int16_t capacity) {
-    ctx.phone.MobileCardCapacity = capacity;
-    ctx.read.FreeContactSlots = capacity;
+// The contact folder's info.log evaluated into the card status fields; the last
+// index in use comes back in `lastOut`. Contacts keep no buffer of free entries:
+// the transfer may fill the whole capacity.
+bool readCardInfo(core::Context& ctx, GDXServerSlot& server, const QString& path, int16_t& lastOut) {
+    GDXInfoTable table;
+    if (!getMobileGDXInfo(ctx, server, path, ctx.phone.PbInfoFile, table))
+        return false;
+    GDXDeviceInfo cardInfo;
+    int16_t maxOut = 0, totalOut = 0;
+    GDXInfoAuswertung(ctx, table, cardInfo, maxOut, totalOut, lastOut, true);
+    ctx.phone.MobileCardCapacity = maxOut;
+    ctx.read.FreeContactSlots = maxOut;
+    return true;
 }
 
 } // namespace
 
 bool readCardCapacity(core::Context& ctx, GDXServerSlot& server, const QString& path) {
     return core::guarded(ctx, kGDX, QStringLiteral("readCardCapacity"), false, [&] {
-        GDXInfoTable table;
-        if (!getMobileGDXInfo(ctx, server, path, ctx.phone.PbInfoFile, table))
-            return false;
-        GDXDeviceInfo cardInfo;
-        int16_t maxOut = 0, totalOut = 0, lastOut = 0;
-        GDXInfoAuswertung(ctx, table, cardInfo, maxOut, totalOut, lastOut, true);
-        noteCardCapacity(ctx, maxOut);
-        return true;
+        int16_t lastOut = 0;
+        return readCardInfo(ctx, server, path, lastOut);
     });
 }
 
 bool getvCardMobileEntryName(core::Context& ctx, GDXServerSlot& server, QString& name, const QString& path) {
     return core::guarded(ctx, kGDX, QStringLiteral("getvCardMobileEntryName"), false, [&] {
         name.clear();
-        GDXInfoTable table;
-        if (!getMobileGDXInfo(ctx, server, path, ctx.phone.PbInfoFile, table))
+        int16_t lastOut = 0;
+        if (!readCardInfo(ctx, server, path, lastOut))
             return false;
-        GDXDeviceInfo cardInfo;
-        int16_t maxOut = 0, totalOut = 0, lastOut = 0;
-        GDXInfoAuswertung(ctx, table, cardInfo, maxOut, totalOut, lastOut, true);
-        noteCardCapacity(ctx, maxOut);
         ctx.read.MobileConnected = true;
         setAutoSyncTools(ctx, ctx.settings.SaveTyp != 2);
         name = QString::number(lastOut) + QStringLiteral(".vcf");

@@ -3,6 +3,7 @@
 // folder: every SyncTyp with every SyncZeitraum on one fixture, the type mask, a
 // weekly series written once, and which switch wins when several are given.
 #include "e2e/ProgramRun.h"
+#include "sync/AutoSyncCases.h"
 
 #include <QDir>
 #include <QFile>
@@ -30,51 +31,6 @@ QByteArray icalDay(int daysFromToday) {
     static const char* names[] = {"MO", "TU", "WE", "TH", "FR", "SA", "SU"};
     return names[QDate::currentDate().addDays(daysFromToday).dayOfWeek() - 1];
 }
-
-QStringList plus(QStringList list, std::initializer_list<const char*> more) {
-    for (const char* m : more)
-        list << QString::fromLatin1(m);
-    list.sort();
-    return list;
-}
-
-const QStringList kStoreBefore = plus({}, {"Dentist", "Far future", "Store meeting", "Store memo", "Yoga"});
-const QStringList kPhoneBefore = plus({}, {"Dentist", "Phone meeting", "Phone memo"});
-
-struct RunCase {
-    int syncTyp;
-    int zeitraum;
-    QStringList phone; // the subjects the phone holds afterwards
-    QStringList store; // the subjects the store holds afterwards
-};
-
-void PrintTo(const RunCase& c, std::ostream* os) {
-    *os << "SyncTyp " << c.syncTyp << " SyncZeitraum " << c.zeitraum;
-}
-
-// Days from today: the phone's memo in 2, the store's memo in 3 and its meeting in
-// 4, the pair in 8, the phone's meeting in 18, the far entry in 105, and a weekly
-// series from today on. The periods: 10 entries; from day 3; days 3 to 18; the next 2 weeks.
-const RunCase kRuns[] = {
-    {3, 1, kPhoneBefore, plus(kStoreBefore, {"Phone meeting", "Phone memo"})},
-    {3, 2, kPhoneBefore, plus(kStoreBefore, {"Phone meeting", "Phone memo"})},
-    {3, 3, kPhoneBefore, plus(kStoreBefore, {"Phone meeting", "Phone memo"})},
-    {3, 4, kPhoneBefore, plus(kStoreBefore, {"Phone meeting", "Phone memo"})},
-    {2, 1, plus(kPhoneBefore, {"Far future", "Store meeting", "Store memo", "Yoga"}), kStoreBefore},
-    {2, 2, plus(kPhoneBefore, {"Far future", "Store meeting", "Store memo", "Yoga"}), kStoreBefore},
-    {2, 3, plus(kPhoneBefore, {"Store meeting", "Store memo", "Yoga"}), kStoreBefore},
-    {2, 4, plus(kPhoneBefore, {"Store meeting", "Store memo", "Yoga"}), kStoreBefore},
-    {1, 1, plus({}, {"Dentist", "Far future", "Store meeting", "Store memo", "Yoga"}), kStoreBefore},
-    {1, 2, plus({}, {"Dentist", "Far future", "Store meeting", "Store memo", "Yoga"}), kStoreBefore},
-    {1, 3, plus({}, {"Dentist", "Store meeting", "Store memo", "Yoga"}), kStoreBefore},
-    {1, 4, plus({}, {"Dentist", "Store meeting", "Store memo", "Yoga"}), kStoreBefore},
-    {4, 1, plus(kPhoneBefore, {"Store meeting", "Store memo", "Yoga"}),
-     plus(kStoreBefore, {"Phone meeting", "Phone memo"})},
-    {4, 2, plus(kPhoneBefore, {"Far future", "Store meeting", "Store memo", "Yoga"}),
-     plus(kStoreBefore, {"Phone meeting"})},
-    {4, 3, plus(kPhoneBefore, {"Store meeting", "Store memo", "Yoga"}), plus(kStoreBefore, {"Phone meeting"})},
-    {4, 4, plus(kPhoneBefore, {"Store meeting", "Store memo", "Yoga"}), plus(kStoreBefore, {"Phone memo"})},
-};
 
 class AutoSyncProcess : public ProgramRun {
 protected:

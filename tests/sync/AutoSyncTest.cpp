@@ -3,67 +3,22 @@
 // phone and a local store: every SyncTyp with every SyncZeitraum on one shared
 // fixture, the type mask, and a weekly series shown on several days written once.
 #include "phone/RoadsFixture.h"
+#include "sync/AutoSyncCases.h"
 #include "sync/AutoSyncRun.h"
 
 #include <QSet>
 
 using namespace tsr;
+using tsr::test::kPhoneBefore;
+using tsr::test::kRuns;
+using tsr::test::kStoreBefore;
+using tsr::test::plus;
 using tsr::test::RoadsFixture;
+using tsr::test::RunCase;
 using tsr::test::vcs;
 using tsr::test::when;
 
 namespace {
-
-struct RunCase {
-    int syncTyp;
-    int zeitraum;
-    QStringList phone; // the subjects the phone holds afterwards, sorted
-    QStringList store; // the subjects the store holds afterwards, sorted
-};
-
-const QStringList kStoreBefore{QStringLiteral("Dentist"), QStringLiteral("Far future"), QStringLiteral("Store meeting"),
-                               QStringLiteral("Store memo"), QStringLiteral("Yoga")};
-const QStringList kPhoneBefore{QStringLiteral("Dentist"), QStringLiteral("Phone meeting"),
-                               QStringLiteral("Phone memo")};
-
-QStringList plus(QStringList list, std::initializer_list<const char*> more) {
-    for (const char* m : more)
-        list << QString::fromLatin1(m);
-    list.sort();
-    return list;
-}
-
-// Today is Monday 2 March 2026. The period settings: 10 entries; from 5 March;
-// 5 to 20 March; the next 2 weeks.
-const RunCase kRuns[] = {
-    // The phone writes the store: no period, the phone's own entries go over.
-    {3, 1, kPhoneBefore, plus(kStoreBefore, {"Phone meeting", "Phone memo"})},
-    {3, 2, kPhoneBefore, plus(kStoreBefore, {"Phone meeting", "Phone memo"})},
-    {3, 3, kPhoneBefore, plus(kStoreBefore, {"Phone meeting", "Phone memo"})},
-    {3, 4, kPhoneBefore, plus(kStoreBefore, {"Phone meeting", "Phone memo"})},
-    // The store fills the phone's free room with what the period holds.
-    {2, 1, plus(kPhoneBefore, {"Far future", "Store meeting", "Store memo", "Yoga"}), kStoreBefore},
-    {2, 2, plus(kPhoneBefore, {"Far future", "Store meeting", "Store memo", "Yoga"}), kStoreBefore},
-    {2, 3, plus(kPhoneBefore, {"Store meeting", "Store memo", "Yoga"}), kStoreBefore},
-    {2, 4, plus(kPhoneBefore, {"Store meeting", "Store memo", "Yoga"}), kStoreBefore},
-    // The store overwrites the phone: the phone's own entries go first.
-    {1, 1, plus({}, {"Dentist", "Far future", "Store meeting", "Store memo", "Yoga"}), kStoreBefore},
-    {1, 2, plus({}, {"Dentist", "Far future", "Store meeting", "Store memo", "Yoga"}), kStoreBefore},
-    {1, 3, plus({}, {"Dentist", "Store meeting", "Store memo", "Yoga"}), kStoreBefore},
-    {1, 4, plus({}, {"Dentist", "Store meeting", "Store memo", "Yoga"}), kStoreBefore},
-    // Both ways within the period. The limit counts the paired rows it walks past,
-    // so a long period can leave its latest store entry for the next run.
-    {4, 1, plus(kPhoneBefore, {"Store meeting", "Store memo", "Yoga"}),
-     plus(kStoreBefore, {"Phone meeting", "Phone memo"})},
-    {4, 2, plus(kPhoneBefore, {"Far future", "Store meeting", "Store memo", "Yoga"}),
-     plus(kStoreBefore, {"Phone meeting"})},
-    {4, 3, plus(kPhoneBefore, {"Store meeting", "Store memo", "Yoga"}), plus(kStoreBefore, {"Phone meeting"})},
-    {4, 4, plus(kPhoneBefore, {"Store meeting", "Store memo", "Yoga"}), plus(kStoreBefore, {"Phone memo"})},
-};
-
-void PrintTo(const RunCase& c, std::ostream* os) {
-    *os << "SyncTyp " << c.syncTyp << " SyncZeitraum " << c.zeitraum;
-}
 
 class AutoSyncFixture : public RoadsFixture {
 protected:
