@@ -208,7 +208,7 @@ OkOutcome cmdOK_Click(core::Context& ctx, const OptionValues& v) {
         setStartTools(ctx);
 
         s.freeMobileEntries = numericField(v.freeMobileEntries, limit);
-        ctx.ui->SetStatusBarMobile();
+        core::SetStatusBarMobile(ctx);
 
         const auto& folders = ctx.pim.GlobalContactFolderArray;
         const pim::ContactFolderList before = pim::BuildOutlookContactFolderList(ctx);

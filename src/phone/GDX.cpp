@@ -91,7 +91,7 @@ void GDXInfoAuswertung(core::Context& ctx, const GDXInfoTable& table, GDXDeviceI
                     else
                         keepFree = 0;
                     if (!ctx.flags.GlobalSilent)
-                        ctx.ui->SetStatusBarMobile();
+                        core::SetStatusBarMobile(ctx);
                 }
             } else if (k == QLatin1String("TOTAL-RECORDS")) {
                 totalOut = core::CInt(core::Val(value));

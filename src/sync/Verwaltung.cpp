@@ -251,7 +251,7 @@ void MobileEntriesPruefung(core::Context& ctx) {
         ctx.ui->msgBox(text, core::MsgButtons::OK, core::MsgIcon::Exclamation, ctx.title());
         ctx.settings.freeMobileEntries = buffer;
         r.FreeCalendarSlots = core::toInt16(qint64(r.MobileCalendarCapacity) - buffer);
-        ctx.ui->SetStatusBarMobile();
+        core::SetStatusBarMobile(ctx);
     });
 }
 
@@ -279,13 +279,13 @@ void vCalClearAfterMobileError(core::Context& ctx) {
             table.updateBatch();
         }
         vCalClearMobileStatusArray(ctx);
-        ctx.ui->SetStatusBarMobile();
+        core::SetStatusBarMobile(ctx);
         ctx.read.vCalPIMCount = countPimRows(table);
         ctx.read.vCalPIMRead = ctx.read.vCalPIMCount > 0;
         if (table.recordCount() > 0)
             table.moveFirst();
         // The status line again, now with the PIM rows counted anew.
-        ctx.ui->SetStatusBarMobile();
+        core::SetStatusBarMobile(ctx);
         ctx.ui->refreshGrid(0);
     });
 }
@@ -297,7 +297,7 @@ void vCardClearAfterMobileError(core::Context& ctx, bool Quiet, bool KeepStatus)
         if (table.recordCount() > 0)
             table.moveFirst();
         vCardClearMobileStatusArray(ctx);
-        ctx.ui->SetStatusBarMobile();
+        core::SetStatusBarMobile(ctx);
         if (KeepStatus) {
             ctx.read.vCardPIMCount = countPimRows(table);
             ctx.read.vCardPIMRead = ctx.read.vCardPIMCount > 0;
