@@ -60,7 +60,7 @@ sides() {
     printf '  store: %2d appointments,     %2d contacts   (%s)\n' \
         "$(count "$work/pim/calendar" ics)" "$(count "$work/pim/contacts" vcf)" "$work/pim"
 }
-echo "Before the sync:"
+if [ "$gui" = 1 ]; then echo "The demo's two sides (the window reads the phone when it starts):"; else echo "Before the sync:"; fi
 sides
 echo
 
@@ -73,7 +73,7 @@ else
 fi
 
 echo
-echo "After the sync:"
+if [ "$gui" = 1 ]; then echo "After the window closed:"; else echo "After the sync:"; fi
 sides
 echo "The log of the run: $work/home/logFile.rtf"
 exit "$status"
