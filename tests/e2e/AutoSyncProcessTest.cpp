@@ -3,6 +3,7 @@
 // folder: every SyncTyp with every SyncZeitraum on one fixture, the type mask, a
 // weekly series written once, and which switch wins when several are given.
 #include "e2e/ProgramRun.h"
+#include "phone/PhoneRecords.h"
 #include "sync/AutoSyncCases.h"
 
 #include <QDir>
@@ -12,15 +13,6 @@
 using namespace tsr::test;
 
 namespace {
-
-QByteArray vcs(const QByteArray& start, const QByteArray& end, const char* category, const QByteArray& summary,
-               const char* rule = nullptr) {
-    QByteArray t = "BEGIN:VCALENDAR\r\nVERSION:1.0\r\nBEGIN:VEVENT\r\nCATEGORIES:" + QByteArray(category) +
-                   "\r\nDTSTART:" + start + "\r\nDTEND:" + end + "\r\n";
-    if (rule)
-        t += "RRULE:" + QByteArray(rule) + "\r\n";
-    return t + "DESCRIPTION:" + summary + "\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n";
-}
 
 QString dotted(int daysFromToday) {
     return QDate::currentDate().addDays(daysFromToday).toString(QStringLiteral("dd.MM.yyyy"));

@@ -4,6 +4,7 @@
 // folders and ports that are not what they should be. Whatever happens, the run
 // says so, the files on both sides stay whole, and a later run finishes the work.
 #include "e2e/ProgramRun.h"
+#include "phone/PhoneRecords.h"
 
 #include <QDir>
 #include <QFile>
@@ -17,12 +18,6 @@ using namespace tsr::test;
 
 namespace {
 
-QByteArray memo(int day, const QByteArray& summary) {
-    return "BEGIN:VCALENDAR\r\nVERSION:1.0\r\nBEGIN:VEVENT\r\nCATEGORIES:MISCELLANEOUS\r\nDTSTART:" +
-           phoneTime(day, 9) + "\r\nDTEND:" + phoneTime(day, 10) + "\r\nDESCRIPTION:" + summary +
-           "\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n";
-}
-
 class FaultRun : public ProgramRun {
 protected:
     // The program's messages in English; these runs need no date typed in the locale's form.
@@ -32,7 +27,7 @@ protected:
     void seedTenAndTen(const QStringList& phoneOptions) {
         EmulatedPhone& p = phoneWith(phoneOptions);
         for (int i = 1; i <= 10; ++i) {
-            p.seed(i, memo(i, "Phone " + QByteArray::number(i)));
+            p.seed(i, vcs(phoneTime(i, 9), phoneTime(i, 10), "MISCELLANEOUS", "Phone " + QByteArray::number(i)));
             appointment(QStringLiteral("store-%1").arg(i), storeTime(i, 14), storeTime(i, 15),
                         QStringLiteral("Store %1").arg(i));
         }

@@ -77,17 +77,6 @@ protected:
                 return true;
         return false;
     }
-    // The store's .vcf texts, joined.
-    QByteArray storeCards() const {
-        QByteArray all;
-        QDirIterator it(ctx.options.pim, {QStringLiteral("*.vcf")}, QDir::Files, QDirIterator::Subdirectories);
-        while (it.hasNext()) {
-            QFile f(it.next());
-            if (f.open(QIODevice::ReadOnly))
-                all += f.readAll();
-        }
-        return all;
-    }
 
     std::shared_ptr<pim::ContactItem> roth;
 };

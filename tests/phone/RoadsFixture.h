@@ -7,11 +7,13 @@
 
 #include "phone/ATC.h"
 #include "phone/LinkFixture.h"
+#include "phone/PhoneRecords.h"
 #include "pim/DOROutlookSession.h"
 #include "pim/Pim.h"
 #include "tables/TSRADODB.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <map>
 
@@ -19,25 +21,6 @@ namespace tsr::test {
 
 inline core::VbDate when(int y, int mo, int d, int h = 0, int mi = 0) {
     return core::VbDate(core::DateSerial(y, mo, d).value + core::TimeSerial(h, mi, 0).value);
-}
-
-// One calendar record as the phone keeps it.
-inline QByteArray vcs(const char* start, const char* end, const char* category, const QByteArray& summary,
-                      const char* rule = nullptr) {
-    QByteArray t = "BEGIN:VCALENDAR\r\nVERSION:1.0\r\nBEGIN:VEVENT\r\nCATEGORIES:";
-    t += category;
-    t += "\r\nDTSTART:";
-    t += start;
-    t += "\r\nDTEND:";
-    t += end;
-    t += "\r\n";
-    if (rule) {
-        t += "RRULE:";
-        t += rule;
-        t += "\r\n";
-    }
-    t += "DESCRIPTION:" + summary + "\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n";
-    return t;
 }
 
 class RoadsFixture : public LinkFixture {
@@ -92,6 +75,17 @@ protected:
         QByteArray all;
         for (const QString& name : icsFiles())
             all += icsText(name);
+        return all;
+    }
+    // All .vcf texts of the store, in every contact folder, joined.
+    QByteArray storeCards() const {
+        QByteArray all;
+        QDirIterator it(ctx.options.pim, {QStringLiteral("*.vcf")}, QDir::Files, QDirIterator::Subdirectories);
+        while (it.hasNext()) {
+            QFile f(it.next());
+            if (f.open(QIODevice::ReadOnly))
+                all += f.readAll();
+        }
         return all;
     }
 

@@ -33,17 +33,6 @@ protected:
         edit->clear();
         QTest::keyClicks(edit, text);
     }
-    // Every .vcf text of the store, joined.
-    QByteArray storeCards() const {
-        QByteArray all;
-        QDirIterator it(ctx.options.pim, {QStringLiteral("*.vcf")}, QDir::Files, QDirIterator::Subdirectories);
-        while (it.hasNext()) {
-            QFile f(it.next());
-            if (f.open(QIODevice::ReadOnly))
-                all += f.readAll();
-        }
-        return all;
-    }
 };
 
 } // namespace
