@@ -30,7 +30,7 @@ fi
 if [ $# -gt 0 ]; then
     fuzzers=$*
 else
-    fuzzers=$(cd "$root/fuzz" && ls fuzz_*.cpp | sed 's/\.cpp$//')
+    fuzzers=$(cd "$root/fuzz" && find . -name 'fuzz_*.cpp' -exec basename {} .cpp \; | sort)
 fi
 
 # The corpus folder of a fuzzer: its name without "fuzz_", with two short forms.

@@ -4,9 +4,9 @@
 // the context and the windows and hands over to the start-up sequence.
 #include "core/Context.h"
 #include "core/HeadlessUserInterface.h"
+#include "main/HeadlessRun.h"
+#include "main/Main_Modul.h"
 #include "spine/CommandLine.h"
-#include "spine/HeadlessRun.h"
-#include "spine/Main_Modul.h"
 #include "ui/Icons.h"
 #include "ui/QtUserInterface.h"
 #include "ui/mainwindow/Main_Form.h"
@@ -45,7 +45,7 @@ int main(int argc, char** argv) {
         ctx.options = options;
         ctx.flags.GlobalSilent = true;
         out << ctx.title() << ' ' << TESSARINE_VERSION << Qt::endl;
-        return tsr::spine::runHeadless(ctx, split.classic, out, err);
+        return tsr::main::runHeadless(ctx, split.classic, out, err);
     }
 
     QApplication app(argc, argv);
@@ -60,10 +60,10 @@ int main(int argc, char** argv) {
     ctx.options = options;
     tsr::ui::Main_Form window(ctx);
     ui.setMainForm(&window, &ctx);
-    tsr::spine::StartUp start;
+    tsr::main::StartUp start;
     // A silent run, a second start or a failed start ends here; a dialog run
     // goes on in the event loop, where the deferred start reads the phone.
-    if (!tsr::spine::Main(ctx, start, split.classic, QCoreApplication::applicationDirPath()))
+    if (!tsr::main::Main(ctx, start, split.classic, QCoreApplication::applicationDirPath()))
         return 0;
     window.applySavedFont();
     window.applySavedGeometry();

@@ -3,9 +3,9 @@
 
 #include "core/Context.h"
 #include "core/ErrorReport.h"
-#include "phone/Mobile.h"
-#include "phone/Transfer.h"
-#include "pim/DOROutlookCalendar.h"
+#include "roads/DOROutlookCalendar.h"
+#include "roads/Mobile.h"
+#include "roads/Transfer.h"
 #include "spine/DateRange.h"
 #include "sync/Verwaltung.h"
 
@@ -184,13 +184,13 @@ void CalendarFrame::CalCommandOK_Click() {
                                             "werden?"),
                              core::MsgButtons::YesNo, core::MsgIcon::Exclamation,
                              m_ctx.title()) == core::MsgResult::Yes)
-            phone::TransfertoMobile(m_ctx, *m_ctx.tables.RSContactsPending, *m_ctx.tables.RSCalendarPending);
+            roads::TransfertoMobile(m_ctx, *m_ctx.tables.RSContactsPending, *m_ctx.tables.RSCalendarPending);
         const bool mobileRead = m_ctx.read.vCalMobileRead;
         if (mobileRead && m_ctx.read.vCalMobileCount >= 1)
             sync::vCalClearAfterMobileError(m_ctx);
-        pim::vCalReadOutlook(m_ctx, *m_ctx.tables.RSCalendar, false);
+        roads::vCalReadOutlook(m_ctx, *m_ctx.tables.RSCalendar, false);
         if (mobileRead)
-            phone::vCalReadMobile(m_ctx);
+            roads::vCalReadMobile(m_ctx);
         m_ctx.ui->refreshGrid(0);
         m_ctx.ui->setBusyCursor(false);
     });

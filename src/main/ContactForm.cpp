@@ -5,8 +5,8 @@
 #include "core/ErrorReport.h"
 #include "formats/Allgemein.h"
 #include "phone/ComDrvCode.h"
-#include "phone/MobileWrite.h"
-#include "pim/DOROutlookContacts.h"
+#include "roads/DOROutlookContacts.h"
+#include "roads/MobileWrite.h"
 #include "sync/MobFile.h"
 #include "tables/TSRADODB.h"
 
@@ -148,12 +148,12 @@ bool ContactForm::save() {
 
         bool ok = true;
         if (m_v.mobile) {
-            ok = phone::InitComm(m_ctx) && phone::SendSinglevCardEntry(m_ctx, t, !wasMobile);
+            ok = phone::InitComm(m_ctx) && roads::SendSinglevCardEntry(m_ctx, t, !wasMobile);
             phone::DeinitComm(m_ctx);
         }
         if (ok && m_v.pim) {
             bool isNewItem = !wasPim;
-            pim::vCardWriteOutookEntry(m_ctx, t, isNewItem, m_ctx.pim.GlobalContactFolder);
+            roads::vCardWriteOutookEntry(m_ctx, t, isNewItem, m_ctx.pim.GlobalContactFolder);
         }
         if (!ok && !wasMobile && !wasPim && goToRow()) {
             // A new contact that reached neither side does not stay in the list.

@@ -6,8 +6,8 @@
 #include "core/Numbers.h"
 #include "main/MainCommands.h"
 #include "phone/ComDrvCode.h"
-#include "phone/Transfer.h"
 #include "pim/DOROutlookSession.h"
+#include "roads/Transfer.h"
 #include "spine/RegistrySettings.h"
 #include "spine/RegistryStore.h"
 #include "spine/SprachenStrings.h"
@@ -197,7 +197,7 @@ OkOutcome cmdOK_Click(core::Context& ctx, const OptionValues& v) {
             const auto answer =
                 ctx.ui->msgBox(ctx.strings.text(708), core::MsgButtons::YesNo, core::MsgIcon::Exclamation, ctx.title());
             if (answer == core::MsgResult::Yes) {
-                phone::TransfertoMobile(ctx, *ctx.tables.RSContactsPending, *ctx.tables.RSCalendarPending);
+                roads::TransfertoMobile(ctx, *ctx.tables.RSContactsPending, *ctx.tables.RSCalendarPending);
             } else {
                 clearTable(ctx.tables.RSCalendarPending.get());
                 clearTable(ctx.tables.RSContactsPending.get());

@@ -6,11 +6,11 @@
 #include "core/StatusBar.h"
 #include "formats/Allgemein.h"
 #include "formats/vCal.h"
-#include "phone/MobileWrite.h"
-#include "pim/DOROutlookCalendar.h"
-#include "pim/DOROutlookContacts.h"
 #include "pim/Pim.h"
-#include "sync/Rereads.h"
+#include "roads/DOROutlookCalendar.h"
+#include "roads/DOROutlookContacts.h"
+#include "roads/MobileWrite.h"
+#include "roads/Rereads.h"
 
 #include <cmath>
 
@@ -37,18 +37,18 @@ bool saveRow(core::Context& ctx, int list, tables::Recordset& t) {
     bool ok = true;
     if (list == 0) {
         if (flag(t, u"Mobile"))
-            ok = phone::SendSingleEntry(ctx, t);
+            ok = roads::SendSingleEntry(ctx, t);
         if (ok && flag(t, u"PIM")) {
             bool isNew = false;
-            pim::WriteOutlookEntry(ctx, t, isNew);
+            roads::WriteOutlookEntry(ctx, t, isNew);
         }
         return ok;
     }
     if (flag(t, u"Mobile"))
-        ok = phone::SendSinglevCardEntry(ctx, t, t.value(QStringLiteral("MobileID")).toText().isEmpty());
+        ok = roads::SendSinglevCardEntry(ctx, t, t.value(QStringLiteral("MobileID")).toText().isEmpty());
     if (ok && flag(t, u"PIM")) {
         bool isNew = t.value(QStringLiteral("UID")).toText().isEmpty();
-        pim::vCardWriteOutookEntry(ctx, t, isNew, ctx.pim.GlobalContactFolder);
+        roads::vCardWriteOutookEntry(ctx, t, isNew, ctx.pim.GlobalContactFolder);
     }
     return ok;
 }
@@ -177,14 +177,15 @@ bool DeleteEntry(core::Context& ctx) {
             return false;
         const bool mobile = flag(*t, u"Mobile");
         const bool pimSide = flag(*t, u"PIM");
-        const sync::DeleteSides sides{pimSide, mobile, pimSide && mobile};
-        if (!sync::ConfirmEntryDelete(ctx, *t, list == 0 ? sync::EntryKind::Calendar : sync::EntryKind::Contact, sides))
+        const roads::DeleteSides sides{pimSide, mobile, pimSide && mobile};
+        if (!roads::ConfirmEntryDelete(ctx, *t, list == 0 ? roads::EntryKind::Calendar : roads::EntryKind::Contact,
+                                       sides))
             return false;
-        if (mobile && !phone::RemoveEntryFromMobile(ctx, *t))
+        if (mobile && !roads::RemoveEntryFromMobile(ctx, *t))
             return false;
         if (pimSide) {
             if (list == 0)
-                pim::RemoveEntryFromOutlook(ctx, *t);
+                roads::RemoveEntryFromOutlook(ctx, *t);
             else
                 removeContactFromPim(ctx, *t);
         }

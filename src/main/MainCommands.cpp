@@ -8,17 +8,17 @@
 #include "log/LogFile.h"
 #include "phone/ComDrvCode.h"
 #include "phone/GDX.h"
-#include "phone/LiveRoads.h"
-#include "phone/Mobile.h"
-#include "phone/MobileClear.h"
-#include "phone/Transfer.h"
-#include "pim/DOROutlookCalendar.h"
-#include "pim/DOROutlookContacts.h"
+#include "roads/AutoSyncRun.h"
+#include "roads/DOROutlookCalendar.h"
+#include "roads/DOROutlookContacts.h"
+#include "roads/LiveRoads.h"
+#include "roads/Mobile.h"
+#include "roads/MobileClear.h"
+#include "roads/Rereads.h"
+#include "roads/Transfer.h"
 #include "spine/DebugTrace.h"
 #include "spine/RegistrySettings.h"
 #include "spine/SprachenStrings.h"
-#include "sync/AutoSyncRun.h"
-#include "sync/Rereads.h"
 #include "sync/Verwaltung.h"
 #include "tables/TSRADODB.h"
 
@@ -70,7 +70,7 @@ Pending askPending(core::Context& ctx) {
 }
 
 bool transferActive(core::Context& ctx) {
-    return phone::TransfertoMobile(ctx, *ctx.tables.RSContactsPending, *ctx.tables.RSCalendarPending);
+    return roads::TransfertoMobile(ctx, *ctx.tables.RSContactsPending, *ctx.tables.RSCalendarPending);
 }
 
 // The command of each tool; a tool without one does nothing.
@@ -113,10 +113,10 @@ const QHash<QString, Command>& dispatchTable() {
         {QStringLiteral("TSRLog"), [](core::Context& c) { c.ui->showLogSummary(); }},
         {QStringLiteral("TSRSave"),
          [](core::Context& c) {
-             phone::TransfervCal(c, *c.tables.RSCalendarPending);
-             phone::TransfervCard(c, *c.tables.RSContactsPending);
+             roads::TransfervCal(c, *c.tables.RSCalendarPending);
+             roads::TransfervCard(c, *c.tables.RSContactsPending);
          }},
-        {QStringLiteral("TSRAutoSync"), [](core::Context& c) { sync::SyncMain(c); }},
+        {QStringLiteral("TSRAutoSync"), [](core::Context& c) { roads::SyncMain(c); }},
         {QStringLiteral("vCalView"),
          [](core::Context& c) {
              c.settings.ActiveAPP = 0;
@@ -227,17 +227,17 @@ void ReadOrganizer(core::Context& ctx, List list) {
         const Pending pending = askPending(ctx);
         if (pending == Pending::Yes && !transferActive(ctx))
             return;
-        phone::LiveRoads roads;
+        roads::LiveRoads roads;
         ctx.ui->setBusyCursor(true);
         if (wantsCalendar(ctx, list)) {
-            pim::vCalReadOutlook(ctx, *ctx.tables.RSCalendar, false);
+            roads::vCalReadOutlook(ctx, *ctx.tables.RSCalendar, false);
             if (pending == Pending::No)
-                sync::reReadMobile(ctx, *ctx.tables.RSCalendarPending, roads);
+                roads::reReadMobile(ctx, *ctx.tables.RSCalendarPending, roads);
         }
         if (wantsContacts(ctx, list)) {
-            pim::vCardReadOutlook(ctx, *ctx.tables.RSContacts, false);
+            roads::vCardReadOutlook(ctx, *ctx.tables.RSContacts, false);
             if (pending == Pending::No)
-                sync::reReadMobile(ctx, *ctx.tables.RSContactsPending, roads);
+                roads::reReadMobile(ctx, *ctx.tables.RSContactsPending, roads);
         }
         ctx.ui->setBusyCursor(false);
         ctx.ui->refreshGrid(contactsActive(ctx) ? 1 : 0);
@@ -249,16 +249,16 @@ void ReadMobile(core::Context& ctx, List list) {
         const Pending pending = askPending(ctx);
         if (pending == Pending::Yes && !transferActive(ctx))
             return;
-        phone::LiveRoads roads;
+        roads::LiveRoads roads;
         if (wantsCalendar(ctx, list)) {
-            phone::vCalReadMobile(ctx);
+            roads::vCalReadMobile(ctx);
             if (pending == Pending::No)
-                sync::reReadPIM(ctx, *ctx.tables.RSCalendarPending, roads);
+                roads::reReadPIM(ctx, *ctx.tables.RSCalendarPending, roads);
         }
         if (wantsContacts(ctx, list)) {
-            phone::vCardReadMobile(ctx);
+            roads::vCardReadMobile(ctx);
             if (pending == Pending::No)
-                sync::reReadPIM(ctx, *ctx.tables.RSContactsPending, roads);
+                roads::reReadPIM(ctx, *ctx.tables.RSContactsPending, roads);
         }
     });
 }
@@ -292,9 +292,9 @@ void ClearMobile(core::Context& ctx, List list) {
         ctx.ui->setBusyCursor(true);
         if (phone::InitComm(ctx)) {
             if (contacts)
-                phone::vCardClearMobile(ctx);
+                roads::vCardClearMobile(ctx);
             if (calendar)
-                phone::vCalClearMobile(ctx);
+                roads::vCalClearMobile(ctx);
             phone::DeinitComm(ctx);
         }
         ctx.ui->setBusyCursor(false);
@@ -304,9 +304,9 @@ void ClearMobile(core::Context& ctx, List list) {
 void Transfer(core::Context& ctx, List list) {
     core::guarded(ctx, kModul, QStringLiteral("Transfer"), [&] {
         if (wantsCalendar(ctx, list))
-            phone::TransfervCal(ctx, *ctx.tables.RSCalendarPending);
+            roads::TransfervCal(ctx, *ctx.tables.RSCalendarPending);
         if (wantsContacts(ctx, list))
-            phone::TransfervCard(ctx, *ctx.tables.RSContactsPending);
+            roads::TransfervCard(ctx, *ctx.tables.RSContactsPending);
         if (!ctx.flags.GlobalSilent && ctx.log.LogHasError)
             ctx.ui->showLogSummary();
     });
@@ -361,9 +361,9 @@ bool Form_QueryUnload(core::Context& ctx, bool fromControlMenu) {
                 f.GlobalClosing = false;
                 return true;
             case MsgResult::Yes:
-                phone::TransfervCal(ctx, *ctx.tables.RSCalendarPending);
-                phone::TransfervCard(ctx, *ctx.tables.RSContactsPending);
-                contactsActive(ctx) ? phone::vCardReadMobile(ctx) : phone::vCalReadMobile(ctx);
+                roads::TransfervCal(ctx, *ctx.tables.RSCalendarPending);
+                roads::TransfervCard(ctx, *ctx.tables.RSContactsPending);
+                contactsActive(ctx) ? roads::vCardReadMobile(ctx) : roads::vCalReadMobile(ctx);
                 break;
             default:
                 break;

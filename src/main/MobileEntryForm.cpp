@@ -7,9 +7,9 @@
 #include "formats/Allgemein.h"
 #include "formats/vCal.h"
 #include "phone/ComDrvCode.h"
-#include "phone/Mobile.h"
-#include "phone/MobileWrite.h"
-#include "pim/DOROutlookCalendar.h"
+#include "roads/DOROutlookCalendar.h"
+#include "roads/Mobile.h"
+#include "roads/MobileWrite.h"
 #include "spine/DateRange.h"
 #include "sync/Verwaltung.h"
 #include "sync/vCalMatch.h"
@@ -282,11 +282,11 @@ EntrySaveResult MobileEntryForm::deleteEntry() {
         MsgResult::OK)
         return EntrySaveResult::Stay;
     if (t.value(QStringLiteral("Mobile")).toBool() && phone::InitComm(m_ctx)) {
-        phone::RemoveEntryFromMobile(m_ctx, t);
+        roads::RemoveEntryFromMobile(m_ctx, t);
         phone::DeinitComm(m_ctx);
     }
     if (t.value(QStringLiteral("PIM")).toBool())
-        pim::RemoveEntryFromOutlook(m_ctx, t);
+        roads::RemoveEntryFromOutlook(m_ctx, t);
     t.deleteCurrent();
     t.updateBatch();
     m_ctx.ui->refreshGrid(0);
@@ -302,7 +302,7 @@ bool MobileEntryForm::vCalEntrySave() {
     if (needsNumber && !m_ctx.read.vCalMobileRead) {
         // A free number is only known once the phone's entries are in the table:
         // without that read a new entry could land on one of them.
-        if (!phone::vCalReadMobile(m_ctx) || !phone::InitComm(m_ctx))
+        if (!roads::vCalReadMobile(m_ctx) || !phone::InitComm(m_ctx))
             return false;
         if (!isNew()) {
             if (!tables::FindEntryByID(t, m_entryId))
@@ -335,9 +335,9 @@ bool MobileEntryForm::vCalEntrySave() {
     }
     // A side the user cleared loses the entry first, while the row still says it stands there.
     if (wasMobile && !m_v.mobile)
-        phone::RemoveEntryFromMobile(m_ctx, t);
+        roads::RemoveEntryFromMobile(m_ctx, t);
     if (wasPim && !m_v.pim)
-        pim::RemoveEntryFromOutlook(m_ctx, t);
+        roads::RemoveEntryFromOutlook(m_ctx, t);
 
     const VbDate start = this->start();
     const VbDate end = this->end();
@@ -395,12 +395,12 @@ bool MobileEntryForm::vCalEntrySave() {
 
     bool ok = true;
     if (m_v.mobile) {
-        ok = phone::SendSingleEntry(m_ctx, t);
+        ok = roads::SendSingleEntry(m_ctx, t);
         phone::DeinitComm(m_ctx);
     }
     if (ok && m_v.pim) {
         bool isNewItem = !wasPim;
-        pim::WriteOutlookEntry(m_ctx, t, isNewItem);
+        roads::WriteOutlookEntry(m_ctx, t, isNewItem);
     }
     m_entryId = t.value(QStringLiteral("EntryID")).toText();
     m_row = t.absolutePosition();

@@ -4,7 +4,7 @@
 // weekly series written once, and which switch wins when several are given.
 #include "e2e/ProgramRun.h"
 #include "phone/PhoneRecords.h"
-#include "sync/AutoSyncCases.h"
+#include "roads/AutoSyncCases.h"
 
 #include <QDir>
 #include <QFile>

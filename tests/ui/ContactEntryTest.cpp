@@ -3,9 +3,9 @@
 // and warns past it without cutting, a save asks before the phone cuts, and a
 // saved contact reaches the emulated phone's phone book, the store and the
 // state file.
-#include "phone/Mobile.h"
-#include "phone/RoadsFixture.h"
-#include "pim/DOROutlookContacts.h"
+#include "roads/DOROutlookContacts.h"
+#include "roads/Mobile.h"
+#include "roads/RoadsFixture.h"
 #include "sync/MobFile.h"
 #include "ui/editors/vCardEntry.h"
 
@@ -76,8 +76,8 @@ TEST_F(ContactEditor, LimitsAreShownNotApplied) {
 TEST_F(ContactEditor, SaveReachesPhoneStoreAndStateFile) {
     test::EmulatedPhone& p = phoneWith();
     ctx.settings.SaveTyp = 1;
-    ASSERT_TRUE(phone::vCardReadMobile(ctx));
-    ASSERT_TRUE(pim::vCardReadOutlook(ctx, *ctx.tables.RSContacts, false));
+    ASSERT_TRUE(roads::vCardReadMobile(ctx));
+    ASSERT_TRUE(roads::vCardReadOutlook(ctx, *ctx.tables.RSContacts, false));
     ui::vCardEntry dialog(ctx, nullptr);
     dialog.show();
     const QString longName = QStringLiteral("Lenz-Oberhausen-Wittgenstein");

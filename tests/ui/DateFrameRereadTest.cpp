@@ -2,10 +2,10 @@
 // The date frame against the emulated phone and a real store: a new range
 // taken over with PIM rows in the list reads the store anew for that range and
 // pairs the phone's rows again; pending changes are offered for transfer first.
-#include "phone/Mobile.h"
-#include "phone/MobileWrite.h"
-#include "phone/RoadsFixture.h"
-#include "pim/DOROutlookCalendar.h"
+#include "roads/DOROutlookCalendar.h"
+#include "roads/Mobile.h"
+#include "roads/MobileWrite.h"
+#include "roads/RoadsFixture.h"
 #include "ui/dialogs/StartCalendarFrame.h"
 
 #include <QDateEdit>
@@ -43,8 +43,8 @@ TEST_F(DateFrameReread, NewRangeReadsTheStoreAgain) {
     p.seed(1, vcs("20260310T103000Z", "20260310T114500Z", "MISCELLANEOUS", "Dentist"));
     appointment(when(2026, 3, 10, 10, 30), when(2026, 3, 10, 11, 45), QStringLiteral("Dentist"));
     appointment(when(2026, 5, 20, 14), when(2026, 5, 20, 15), QStringLiteral("Tax advisor"));
-    ASSERT_TRUE(pim::vCalReadOutlook(ctx, cal(), false));
-    ASSERT_TRUE(phone::vCalReadMobile(ctx));
+    ASSERT_TRUE(roads::vCalReadOutlook(ctx, cal(), false));
+    ASSERT_TRUE(roads::vCalReadMobile(ctx));
     ASSERT_EQ(texts(), QStringList{QStringLiteral("Dentist:3")});
 
     QMainWindow window;
@@ -71,13 +71,13 @@ TEST_F(DateFrameReread, NewRangeReadsTheStoreAgain) {
 TEST_F(DateFrameReread, PendingChangesAreOfferedFirst) {
     test::EmulatedPhone& p = phoneWith();
     appointment(when(2026, 3, 10, 10, 30), when(2026, 3, 10, 11, 45), QStringLiteral("Dentist"));
-    ASSERT_TRUE(pim::vCalReadOutlook(ctx, cal(), false));
-    ASSERT_TRUE(phone::vCalReadMobile(ctx));
+    ASSERT_TRUE(roads::vCalReadOutlook(ctx, cal(), false));
+    ASSERT_TRUE(roads::vCalReadMobile(ctx));
     ctx.settings.SaveTyp = 2;
     ASSERT_TRUE(rowWithText(QStringLiteral("Dentist")));
     cal().setValue(QStringLiteral("Mobile"), true);
     cal().setValue(QStringLiteral("SubType"), int32_t(5));
-    ASSERT_TRUE(phone::SendSingleEntry(ctx, cal()));
+    ASSERT_TRUE(roads::SendSingleEntry(ctx, cal()));
     ASSERT_EQ(ctx.tables.RSCalendarPending->recordCount(), 1);
     ASSERT_FALSE(p.hasRecord(5));
 

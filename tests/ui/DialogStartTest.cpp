@@ -3,9 +3,9 @@
 // user boundary, against the emulated phone and a fresh store. The deferred
 // start finds the phone and finishes the start; then a click on the tool band
 // reads the phone's entries into the grid.
+#include "main/Main_Modul.h"
 #include "phone/EmulatedPhone.h"
-#include "phone/RoadsFixture.h"
-#include "spine/Main_Modul.h"
+#include "roads/RoadsFixture.h"
 #include "spine/RegistrySettings.h"
 #include "ui/WindowFixture.h"
 
@@ -38,8 +38,8 @@ TEST(DialogStart, TheDeferredStartFindsThePhoneAndAClickReadsIt) {
     ctx.settings = core::Settings();
     ui::Main_Form window(ctx);
     ui.setMainForm(&window, &ctx);
-    spine::StartUp start;
-    const bool goesOn = spine::Main(ctx, start, QString(), QString());
+    main::StartUp start;
+    const bool goesOn = main::Main(ctx, start, QString(), QString());
     for (const auto& box : ui.boxes)
         ADD_FAILURE() << "box: " << box.text.toStdString();
     ASSERT_TRUE(goesOn);

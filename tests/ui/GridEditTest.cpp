@@ -5,9 +5,9 @@
 // call's number must be diallable; a delete asks and takes the entry off both
 // sides; with changes kept back an edit is only noted.
 #include "main/GridEdit.h"
-#include "phone/Mobile.h"
-#include "phone/RoadsFixture.h"
-#include "pim/DOROutlookCalendar.h"
+#include "roads/DOROutlookCalendar.h"
+#include "roads/Mobile.h"
+#include "roads/RoadsFixture.h"
 #include "ui/grids/EntryTableModel.h"
 
 using namespace tsr;
@@ -24,8 +24,8 @@ protected:
         test::EmulatedPhone& p = phoneWith();
         p.seed(4, vcs("20260310T103000Z", "20260310T114500Z", "MISCELLANEOUS", "Dentist"));
         appointment(when(2026, 3, 10, 10, 30), when(2026, 3, 10, 11, 45), QStringLiteral("Dentist"));
-        EXPECT_TRUE(pim::vCalReadOutlook(ctx, cal(), false));
-        EXPECT_TRUE(phone::vCalReadMobile(ctx));
+        EXPECT_TRUE(roads::vCalReadOutlook(ctx, cal(), false));
+        EXPECT_TRUE(roads::vCalReadMobile(ctx));
         EXPECT_TRUE(rowWithText(QStringLiteral("Dentist")));
         EXPECT_EQ(field("EntryType"), QStringLiteral("3"));
         return p;

@@ -4,9 +4,9 @@
 // without a weekday or longer than its step, an alarm in the past), and saves
 // that reach the emulated phone's record files and the store's .ics files.
 #include "ui/editors/MobileEntry.h"
-#include "phone/Mobile.h"
-#include "phone/RoadsFixture.h"
-#include "pim/DOROutlookCalendar.h"
+#include "roads/DOROutlookCalendar.h"
+#include "roads/Mobile.h"
+#include "roads/RoadsFixture.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -84,8 +84,8 @@ protected:
     test::EmulatedPhone& readBothSides() {
         test::EmulatedPhone& p = phoneWith();
         p.seed(1, vcs("20260310T103000Z", "20260310T114500Z", "MISCELLANEOUS", "Dentist"));
-        EXPECT_TRUE(phone::vCalReadMobile(ctx));
-        EXPECT_TRUE(pim::vCalReadOutlook(ctx, cal(), false));
+        EXPECT_TRUE(roads::vCalReadMobile(ctx));
+        EXPECT_TRUE(roads::vCalReadOutlook(ctx, cal(), false));
         return p;
     }
     QStringList boxTextList() const {
@@ -242,8 +242,8 @@ TEST_F(Editor, ChangeAndDeleteAnEntryOfTheTable) {
     test::EmulatedPhone& p = phoneWith();
     p.seed(4, vcs("20260310T103000Z", "20260310T114500Z", "MISCELLANEOUS", "Dentist"));
     appointment(test::when(2026, 3, 10, 10, 30), test::when(2026, 3, 10, 11, 45), QStringLiteral("Dentist"));
-    ASSERT_TRUE(pim::vCalReadOutlook(ctx, cal(), false));
-    ASSERT_TRUE(phone::vCalReadMobile(ctx));
+    ASSERT_TRUE(roads::vCalReadOutlook(ctx, cal(), false));
+    ASSERT_TRUE(roads::vCalReadMobile(ctx));
     ASSERT_TRUE(rowWithText(QStringLiteral("Dentist")));
     ASSERT_EQ(field("EntryType"), QStringLiteral("3"));
     const int row = cal().absolutePosition();

@@ -6,8 +6,8 @@
 #include "DialogFixture.h"
 #include "core/Numbers.h"
 #include "main/Einstellungen.h"
+#include "main/Main_Modul.h"
 #include "phone/GDX.h"
-#include "spine/Main_Modul.h"
 #include "spine/RegistryStore.h"
 #include "tables/TSRADODB.h"
 #include "ui/dialogs/Einstellungen.h"
@@ -370,7 +370,7 @@ TEST_F(OptionsDialogTest, OptionsRunShowsTheDialogAlone) {
         d->findChild<QRadioButton*>(QStringLiteral("saveLater"))->setChecked(true);
         d->findChild<QPushButton*>(QStringLiteral("cmdOK"))->click();
     });
-    spine::SilentOptionForm(run);
+    main::SilentOptionForm(run);
     EXPECT_TRUE(seen);
     EXPECT_TRUE(runUi.shown);
     EXPECT_EQ(reread().SaveTyp, 2);

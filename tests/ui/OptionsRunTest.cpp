@@ -4,9 +4,9 @@
 // local PIM store), shows the options dialog as its only window, and OK saves
 // the settings, which a silent run otherwise never does.
 #include "DialogFixture.h"
+#include "main/Main_Modul.h"
 #include "phone/EmulatedPhone.h"
 #include "spine/Instance.h"
-#include "spine/Main_Modul.h"
 #include "ui/dialogs/Einstellungen.h"
 #include "ui/dialogs/Forms.h"
 
@@ -67,8 +67,8 @@ TEST_F(OptionsRunTest, OptionsAloneAndOkSaves) {
         d->findChild<QRadioButton*>(QStringLiteral("deutsch_option"))->setChecked(true);
         d->findChild<QPushButton*>(QStringLiteral("cmdOK"))->click();
     });
-    spine::StartUp start;
-    EXPECT_FALSE(spine::Main(ctx, start, QStringLiteral("OPTIONS")));
+    main::StartUp start;
+    EXPECT_FALSE(main::Main(ctx, start, QStringLiteral("OPTIONS")));
     EXPECT_TRUE(dialogShown);
     EXPECT_TRUE(mainHidden);
     EXPECT_EQ(runUi.forms, QStringList{QString::number(int(core::UserInterface::Form::Options))});
@@ -91,8 +91,8 @@ TEST_F(OptionsRunTest, CancelEndsTheRunWithoutSaving) {
             d->findChild<QPushButton*>(QStringLiteral("cmdCancel"))->click();
         }
     });
-    spine::StartUp start;
-    spine::Main(ctx, start, QStringLiteral("OPTIONS"));
+    main::StartUp start;
+    main::Main(ctx, start, QStringLiteral("OPTIONS"));
     test::ScriptedUi nextUi;
     core::Context next(nextUi);
     next.options = ctx.options;
