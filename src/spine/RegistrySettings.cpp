@@ -133,7 +133,9 @@ bool RegValCreate(core::Context& ctx) {
         }
         current = QStringLiteral("HomeDir");
         Value home;
-        if (!RegValueGet(ctx, HKEY_LOCAL_MACHINE, KeySettings, current, home)) {
+        // A run given its home with --home= leaves the settings without one: they may be a copy (the
+        // demo's) that must not keep the absolute path of whoever ran it.
+        if (ctx.options.home.isEmpty() && !RegValueGet(ctx, HKEY_LOCAL_MACHINE, KeySettings, current, home)) {
             RegFailure failure;
             RegValuePut(ctx, HKEY_LOCAL_MACHINE, KeySettings, current, Value(defaultHomeDir()), &failure);
             if (failure.number != 0)

@@ -96,6 +96,10 @@ TEST_F(RegistrySettingsTest, HomeAndPortMissingAndOverridden) {
     spine::RegValGet(ctx);
     EXPECT_EQ(ctx.settings.HomeDir, QStringLiteral("c:"));
     ctx.options.home = QStringLiteral("/srv/tsr");
+    // A run with --home= writes no home of its own into the settings it was pointed at.
+    ASSERT_TRUE(spine::RegValCreate(ctx));
+    core::Value written;
+    EXPECT_FALSE(spine::RegValueGet(ctx, HKEY_LOCAL_MACHINE, spine::KeySettings, QStringLiteral("HomeDir"), written));
     ctx.options.port = QStringLiteral("/dev/pts/7");
     put(QStringLiteral("Port"), core::Value(QStringLiteral("COM4")), spine::KeyTSR);
     spine::RegValGet(ctx);
