@@ -10,6 +10,7 @@ packages=(
     googletest libgtest-dev libgmock-dev libbenchmark-dev
     clang-14 libclang-rt-14-dev
     xvfb unrtf khal khard vdirsyncer radicale poppler-utils fonts-dejavu-core
+    dpkg-dev scdoc man-db appstream desktop-file-utils bash-completion
 )
 
 missing=()

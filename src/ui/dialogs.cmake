@@ -13,4 +13,4 @@ qt_add_resources(tessarine_ui tessarine_help
     PREFIX /tessarine/help
     BASE ${PROJECT_SOURCE_DIR}/docs/help
     FILES ${PROJECT_SOURCE_DIR}/docs/help/HELPFILE_HVX50.html)
-install(FILES ${PROJECT_SOURCE_DIR}/docs/help/HELPFILE_HVX50.html DESTINATION share/tessarine/help)
+install(FILES ${PROJECT_SOURCE_DIR}/docs/help/HELPFILE_HVX50.html DESTINATION share/tessarine/help COMPONENT tessarine)
